@@ -1,0 +1,5 @@
+#pragma once
+
+#include "vekmath/MatrixUtils.h"
+#include "vekmath/Tuple.h"
+#include "vekmath/TupleUtils.h"
