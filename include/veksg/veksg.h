@@ -8,5 +8,8 @@
 #include "veksg/Hierarchy.h"
 #include "veksg/PairT.h"
 #include "veksg/Resources.h"
+#include "veksg/SCScene.h"
+#include "veksg/SCSceneRes.h"
+#include "veksg/SCSceneTopo.h"
 #include "veksg/Schema.h"
 #include "veksg/Set.h"

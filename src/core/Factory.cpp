@@ -1,5 +1,9 @@
 #include "veksg/Factory.h"
 
+#include "veksg/SCScene.h"
+#include "veksg/SCSceneRes.h"
+#include "veksg/SCSceneTopo.h"
+
 namespace veksg {
 
 namespace {
@@ -17,6 +21,12 @@ SCFactory::~SCFactory() = default;
 
 std::shared_ptr<Schema> SCFactory::create(const short& type) {
     switch (type) {
+    case Schema::SCENE:
+        return makeComponent<SCScene>();
+    case Schema::SCENE_TOPO:
+        return makeComponent<SCSceneTopo>();
+    case Schema::SCENE_RES:
+        return makeComponent<SCSceneRes>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};

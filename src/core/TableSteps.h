@@ -12,10 +12,29 @@ void growTables(int last, const Fill& fill, Tables&... tables) {
     if (last > -1) (tables.resizeToFitKey(last, fill), ...);
 }
 
+/// Like `growTables` with empty child lists, but each hierarchy drops its repeated children
+/// straight after its own growth, whether or not it grew. An answer at or below -1 skips
+/// both steps, so such an answer leaves every table as it was.
+template <typename... Hierarchies>
+void growTablesDeduped(int last, Hierarchies&... tables) {
+    if (last > -1) ((tables.resizeToFitKey(last, {}), tables.removeDuplicates()), ...);
+}
+
 /// Empties each table, in argument order, keeping its capacity.
 template <typename... Tables>
 void clearTables(Tables&... tables) {
     (tables.clear(), ...);
+}
+
+/// Releases every shared entry of `table` front to back, first handing each live payload to
+/// `emptyPayload` so that other holders see it emptied, then removes all entries.
+template <typename Table, typename EmptyPayload>
+void releaseShared(Table& table, EmptyPayload emptyPayload) {
+    for (auto& held : table) {
+        if (held) emptyPayload(*held);
+        held.reset();
+    }
+    table.clear();
 }
 
 } // namespace detail

@@ -22,6 +22,9 @@ int main() {
     check(std::dynamic_pointer_cast<veksg::SCFactory>(factory) != nullptr,
           "the factory casts to SCFactory");
     check(!factory->create(veksg::Schema::FEATURES), "features are never made by the factory");
+    check(std::dynamic_pointer_cast<veksg::SCSceneTopo>(
+              factory->create(veksg::Schema::SCENE_TOPO)) != nullptr,
+          "a made topology casts to SCSceneTopo");
 
     veksg::Container<int, std::wstring> names;
     names.insert(3, L"flange", L"");
