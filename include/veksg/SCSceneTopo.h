@@ -18,8 +18,8 @@ namespace veksg {
 /// 15). `resize` grows the relations and drops repeated children from the hierarchies; the
 /// entity tables are the host's to size. `cleanup` is the base's: the topology survives it.
 ///
-/// The relation lists that must keep repeated children are plain containers of lists
-/// rather than `Hierarchy`, so that `removeDuplicates` cannot be applied to them at all.
+/// Six relation lists (`nodeLists1`, `nodeLists2`, `faceLists1`, `edgeLists1`, `lists13`,
+/// `lists14`) are never deduplicated by `resize` and may keep repeated children.
 class VEKSG_API SCSceneTopo : public Schema {
 public:
     SCSceneTopo();
@@ -40,8 +40,8 @@ public:
     Container<int, Edge> edges;
     Container<int, Curve> curves;
     Container<int, Vertex> vertices;
-    Container<int, std::vector<int>> nodeLists1;
-    Container<int, std::vector<int>> nodeLists2;
+    Hierarchy nodeLists1;
+    Hierarchy nodeLists2;
     Hierarchy nodeLists3;
     Hierarchy nodeLists4;
     Hierarchy nodeLists5;
@@ -55,13 +55,13 @@ public:
     Hierarchy nodeLists9;
     Hierarchy nodeLists10;
     Hierarchy nodeLists11;
-    Container<int, std::vector<int>> faceLists1;
+    Hierarchy faceLists1;
     Hierarchy faceLists2;
     Hierarchy faceLists3;
     Hierarchy faceLists4;
     Container<int, int> faceRefs1;
     Container<int, int> faceRefs2;
-    Container<int, std::vector<int>> edgeLists1;
+    Hierarchy edgeLists1;
     Hierarchy edgeLists2;
     Hierarchy edgeLists3;
     Hierarchy edgeLists4;
@@ -71,10 +71,10 @@ public:
     Hierarchy lists15b;
     Container<int, int> refs15b;
     Container<int, int> refs13a;
-    Container<int, std::vector<int>> lists13;
+    Hierarchy lists13;
     Container<int, int> refs13b;
     Container<int, int> refs14a;
-    Container<int, std::vector<int>> lists14;
+    Hierarchy lists14;
     Container<int, int> refs14b;
     Container<int, int> refs14c;
     std::map<int, std::wstring> namesByKey;

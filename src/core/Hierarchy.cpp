@@ -1,6 +1,7 @@
 #include "veksg/Hierarchy.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "veksg/Set.h"
 
@@ -27,6 +28,9 @@ void Hierarchy::removeChild(int parent, int child, bool erase) {
 
 void Hierarchy::removeDuplicates() {
     for (std::vector<int>& list : *this) {
+        // After the first pass most lists are already strictly ascending: one read decides.
+        if (std::adjacent_find(list.begin(), list.end(), std::greater_equal<int>()) == list.end())
+            continue;
         std::sort(list.begin(), list.end());
         list.erase(std::unique(list.begin(), list.end()), list.end());
     }
