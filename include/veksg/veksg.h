@@ -2,6 +2,7 @@
 
 // Umbrella header: the whole public interface of the veksg namespace.
 #include "veksg/Container.h"
+#include "veksg/Documents.h"
 #include "veksg/Export.h"
 #include "veksg/Factory.h"
 #include "veksg/Geometry.h"

@@ -1,5 +1,7 @@
 #include "veksg/Factory.h"
 
+#include "veksg/Documents.h"
+
 namespace veksg {
 
 namespace {
@@ -17,6 +19,14 @@ SCFactory::~SCFactory() = default;
 
 std::shared_ptr<Schema> SCFactory::create(const short& type) {
     switch (type) {
+    case Schema::EXT_FILE:
+        return makeComponent<SCExtFile>();
+    case Schema::LAYER:
+        return makeComponent<SCLayer>();
+    case Schema::INFO:
+        return makeComponent<SCInfo>();
+    case Schema::ANIMATION:
+        return makeComponent<SCAnimation>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};
