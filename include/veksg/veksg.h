@@ -1,6 +1,7 @@
 #pragma once
 
 // Umbrella header: the whole public interface of the veksg namespace.
+#include "veksg/Analysis.h"
 #include "veksg/Container.h"
 #include "veksg/Documents.h"
 #include "veksg/Export.h"
