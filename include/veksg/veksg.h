@@ -6,6 +6,7 @@
 #include "veksg/Documents.h"
 #include "veksg/Export.h"
 #include "veksg/Factory.h"
+#include "veksg/Features.h"
 #include "veksg/Geometry.h"
 #include "veksg/Hierarchy.h"
 #include "veksg/PairT.h"

@@ -1,6 +1,7 @@
 #include "veksg/Factory.h"
 
 #include "veksg/Documents.h"
+#include "veksg/Features.h"
 
 namespace veksg {
 
@@ -27,6 +28,12 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
         return makeComponent<SCInfo>();
     case Schema::ANIMATION:
         return makeComponent<SCAnimation>();
+    case Schema::HOOPS:
+        return makeComponent<SCHoops>();
+    case Schema::COMPRAE:
+        return makeComponent<SCComprae>();
+    case Schema::HOLE_INFO:
+        return makeComponent<SCHoleInfo>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};

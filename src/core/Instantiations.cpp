@@ -47,5 +47,6 @@ template struct PairT<unsigned char, int>;
 
 template class Container<int, Layer>;
 template class Container<int, ExtFile>;
+template class Container<int, Hole>;
 
 } // namespace veksg
