@@ -33,5 +33,6 @@ void showFactory(veksg::IFactory& factory);
 void showTablesAndRecords(HostResizer& resizer);
 void showSceneTopologyAndResources(veksg::IFactory& factory,
                                    const std::shared_ptr<HostResizer>& resizer);
+void showDocuments(veksg::IFactory& factory);
 
 } // namespace quickstart

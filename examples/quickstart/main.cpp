@@ -10,5 +10,6 @@ int main() {
     quickstart::showFactory(*factory);
     quickstart::showTablesAndRecords(*resizer);
     quickstart::showSceneTopologyAndResources(*factory, resizer);
+    quickstart::showDocuments(*factory);
     return 0;
 }

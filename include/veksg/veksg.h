@@ -1,9 +1,12 @@
 #pragma once
 
 // Umbrella header: the whole public interface of the veksg namespace.
+#include "veksg/Analysis.h"
 #include "veksg/Container.h"
+#include "veksg/Documents.h"
 #include "veksg/Export.h"
 #include "veksg/Factory.h"
+#include "veksg/Features.h"
 #include "veksg/Geometry.h"
 #include "veksg/Hierarchy.h"
 #include "veksg/PairT.h"

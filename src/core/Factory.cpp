@@ -3,6 +3,8 @@
 #include "veksg/SCScene.h"
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
+#include "veksg/Documents.h"
+#include "veksg/Features.h"
 
 namespace veksg {
 
@@ -27,6 +29,20 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
         return makeComponent<SCSceneTopo>();
     case Schema::SCENE_RES:
         return makeComponent<SCSceneRes>();
+    case Schema::EXT_FILE:
+        return makeComponent<SCExtFile>();
+    case Schema::LAYER:
+        return makeComponent<SCLayer>();
+    case Schema::INFO:
+        return makeComponent<SCInfo>();
+    case Schema::ANIMATION:
+        return makeComponent<SCAnimation>();
+    case Schema::HOOPS:
+        return makeComponent<SCHoops>();
+    case Schema::COMPRAE:
+        return makeComponent<SCComprae>();
+    case Schema::HOLE_INFO:
+        return makeComponent<SCHoleInfo>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};

@@ -45,4 +45,8 @@ template struct PairT<vekmath::Tuple<float, 16>, int>;
 template struct PairT<EntityType, int>;
 template struct PairT<unsigned char, int>;
 
+template class Container<int, Layer>;
+template class Container<int, ExtFile>;
+template class Container<int, Hole>;
+
 } // namespace veksg

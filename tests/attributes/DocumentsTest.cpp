@@ -1,0 +1,143 @@
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "veksg/veksg.h"
+
+namespace {
+
+TEST(Documents, Defaults) {
+    const veksg::SCInfo info;
+    const std::pair<int veksg::SCInfo::*, int> numbers[] = {
+        {&veksg::SCInfo::info0, 0},  {&veksg::SCInfo::info1, 0}, {&veksg::SCInfo::info2, 0},
+        {&veksg::SCInfo::info3, -1}, {&veksg::SCInfo::info4, 0}, {&veksg::SCInfo::info5, 0},
+        {&veksg::SCInfo::info6, 0},  {&veksg::SCInfo::info8, 0}, {&veksg::SCInfo::info9, 0},
+    };
+    for (const auto& [field, expected] : numbers)
+        EXPECT_EQ(info.*field, expected);
+    EXPECT_EQ(info.tolerance, 0.001f);
+    EXPECT_STREQ(info.file(), L"");
+    EXPECT_EQ(veksg::SCLayer().layer, 0);
+    EXPECT_EQ(veksg::ExtFile().id, 0);
+    const veksg::SCExtFile files;
+    EXPECT_FALSE(files.deleteFilesOnDestroy);
+    EXPECT_TRUE(files.flagA);
+    EXPECT_FALSE(files.flagB);
+}
+
+TEST(Documents, SetFileCopiesAndNullEmpties) {
+    wchar_t buffer[] = L"C:\\models\\pump.step";
+    veksg::SCInfo info;
+    info.setFile(buffer);
+    buffer[0] = L'D';
+    EXPECT_STREQ(info.file(), L"C:\\models\\pump.step");
+    info.setFile(nullptr);
+    EXPECT_STREQ(info.file(), L"");
+    info.setFile(L"\u00e9t\u00e9.igs");
+    EXPECT_EQ(info.filePath, L"\u00e9t\u00e9.igs");
+}
+
+TEST(Documents, ExtFileCopiesShareOnlyTheClientObject) {
+    veksg::SCExtFile original;
+    original.files.insert({L"a.bin", 7});
+    original.sharedObject = std::make_shared<int>(5);
+    veksg::SCExtFile copy;
+    copy = original;
+    original.files.setValue(0, {L"b.bin", 8});
+    EXPECT_EQ(copy.files.getValue(0).path, L"a.bin");
+    EXPECT_EQ(copy.sharedObject, original.sharedObject);
+}
+
+TEST(Documents, ExtFileCleanupEmptiesOnlyTheFlags) {
+    veksg::SCExtFile files;
+    files.files.insert({L"x", 1});
+    files.fileIds.insert(4);
+    files.fileIndices.insert({9});
+    files.flags.resizeToFitKey(9, 1);
+    files.names.push_back(L"n");
+    files.flagB = true;
+    const unsigned char* storage = &*files.flags.begin();
+    files.cleanup();
+    EXPECT_EQ(files.flags.size(), 0);
+    files.flags.insert(1);
+    EXPECT_EQ(&*files.flags.begin(), storage) << "capacity kept";
+    EXPECT_EQ(files.files.size() + files.fileIds.size() + files.fileIndices.size(), 3);
+    EXPECT_EQ(files.names.size(), 1u);
+    EXPECT_TRUE(files.flagB);
+    EXPECT_EQ(files.type(), veksg::Schema::EXT_FILE);
+}
+
+// Real files in a private temporary folder, named through wide strings as a host would.
+class ExtFileDeletion : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder = std::filesystem::temp_directory_path() /
+                 ("veksg-extfile-" + std::to_string(std::random_device()()));
+        std::filesystem::create_directories(folder);
+        const std::string narrow = folder.string();
+        for (char c : narrow)
+            ASSERT_GE(c, 0) << "the temporary folder must have an ASCII path";
+        wideFolder.assign(narrow.begin(), narrow.end());
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    // `utf8` is the name on disk; `wide` the same name as the library receives it.
+    std::wstring create(const std::string& utf8, const std::wstring& wide) {
+        std::ofstream(folder / utf8) << "data";
+        EXPECT_TRUE(std::filesystem::exists(folder / utf8));
+        return wideFolder + L"/" + wide;
+    }
+    bool exists(const std::string& utf8) const { return std::filesystem::exists(folder / utf8); }
+
+    static void list(veksg::SCExtFile& files, std::initializer_list<std::wstring> paths) {
+        for (const std::wstring& path : paths)
+            files.files.insert({path, 0});
+    }
+
+    std::filesystem::path folder;
+    std::wstring wideFolder;
+};
+
+// "\xC3\xBC" and "\xE6\x95\xB0\xE6\x8D\xAE" are UTF-8 for the wide names below.
+const std::string nonAsciiName = "gr\xC3\xBC\xC3\x9F-\xE6\x95\xB0\xE6\x8D\xAE.bin";
+const std::wstring nonAsciiWide = L"gr\u00fc\u00df-\u6570\u636e.bin";
+
+TEST_F(ExtFileDeletion, DeletesEveryListedFileWhateverFails) {
+    {
+        veksg::SCExtFile files;
+        list(files, {create("first.bin", L"first.bin"), wideFolder + L"/never-there.bin", L"",
+                     create(nonAsciiName, nonAsciiWide), wideFolder + L"/" + nonAsciiWide,
+                     create("last.bin", L"last.bin")});
+        files.deleteFilesOnDestroy = true;
+        files.sharedObject = std::make_shared<int>(1);
+    }
+    EXPECT_FALSE(exists("first.bin"));
+    EXPECT_FALSE(exists(nonAsciiName));
+    EXPECT_FALSE(exists("last.bin"));
+}
+
+TEST_F(ExtFileDeletion, LeavesTheDiskAloneUnlessAsked) {
+    {
+        veksg::SCExtFile files;
+        list(files, {create("kept.bin", L"kept.bin"), create(nonAsciiName, nonAsciiWide)});
+        files.cleanup();
+    }
+    EXPECT_TRUE(exists("kept.bin"));
+    EXPECT_TRUE(exists(nonAsciiName));
+}
+
+TEST_F(ExtFileDeletion, ACopyCarriesTheDutyToDelete) {
+    veksg::SCExtFile original;
+    list(original, {create("shared.bin", L"shared.bin")});
+    original.deleteFilesOnDestroy = true;
+    { const veksg::SCExtFile copy(original); }
+    EXPECT_FALSE(exists("shared.bin"));
+    original.deleteFilesOnDestroy = false;
+}
+
+} // namespace
