@@ -6,6 +6,7 @@
 #include "veksg/Factory.h"
 #include "veksg/Geometry.h"
 #include "veksg/Hierarchy.h"
+#include "veksg/PMI.h"
 #include "veksg/PairT.h"
 #include "veksg/Resources.h"
 #include "veksg/Schema.h"
