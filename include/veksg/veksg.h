@@ -11,3 +11,5 @@
 #include "veksg/Resources.h"
 #include "veksg/Schema.h"
 #include "veksg/Set.h"
+#include "veksg/StateFactory.h"
+#include "veksg/States.h"
