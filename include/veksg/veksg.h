@@ -4,6 +4,7 @@
 #include "veksg/Container.h"
 #include "veksg/Export.h"
 #include "veksg/Factory.h"
+#include "veksg/Functors.h"
 #include "veksg/Geometry.h"
 #include "veksg/Hierarchy.h"
 #include "veksg/PMI.h"
