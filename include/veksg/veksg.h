@@ -10,6 +10,7 @@
 #include "veksg/PMI.h"
 #include "veksg/PairT.h"
 #include "veksg/Resources.h"
+#include "veksg/SCStates.h"
 #include "veksg/Schema.h"
 #include "veksg/Set.h"
 #include "veksg/StateFactory.h"

@@ -1,5 +1,7 @@
 #include "veksg/Factory.h"
 
+#include "veksg/SCStates.h"
+
 namespace veksg {
 
 namespace {
@@ -17,6 +19,8 @@ SCFactory::~SCFactory() = default;
 
 std::shared_ptr<Schema> SCFactory::create(const short& type) {
     switch (type) {
+    case Schema::STATES:
+        return makeComponent<SCStates>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};
