@@ -31,5 +31,6 @@ public:
 
 void showFactory(veksg::IFactory& factory);
 void showTablesAndRecords(HostResizer& resizer);
+void showStates(veksg::IFactory& factory);
 
 } // namespace quickstart

@@ -9,5 +9,6 @@ int main() {
 
     quickstart::showFactory(*factory);
     quickstart::showTablesAndRecords(*resizer);
+    quickstart::showStates(*factory);
     return 0;
 }
