@@ -34,5 +34,6 @@ void showTablesAndRecords(HostResizer& resizer);
 void showSceneTopologyAndResources(veksg::IFactory& factory,
                                    const std::shared_ptr<HostResizer>& resizer);
 void showDocuments(veksg::IFactory& factory);
+void showStates(veksg::IFactory& factory);
 
 } // namespace quickstart

@@ -11,5 +11,6 @@ int main() {
     quickstart::showTablesAndRecords(*resizer);
     quickstart::showSceneTopologyAndResources(*factory, resizer);
     quickstart::showDocuments(*factory);
+    quickstart::showStates(*factory);
     return 0;
 }

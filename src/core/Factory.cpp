@@ -1,10 +1,11 @@
 #include "veksg/Factory.h"
 
+#include "veksg/Documents.h"
+#include "veksg/Features.h"
 #include "veksg/SCScene.h"
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
-#include "veksg/Documents.h"
-#include "veksg/Features.h"
+#include "veksg/SCStates.h"
 
 namespace veksg {
 
@@ -43,6 +44,8 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
         return makeComponent<SCComprae>();
     case Schema::HOLE_INFO:
         return makeComponent<SCHoleInfo>();
+    case Schema::STATES:
+        return makeComponent<SCStates>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};

@@ -48,5 +48,12 @@ template struct PairT<unsigned char, int>;
 template class Container<int, Layer>;
 template class Container<int, ExtFile>;
 template class Container<int, Hole>;
+template class Container<int, std::shared_ptr<PMI>>;
+template class Container<int, std::shared_ptr<Text3D>>;
+template class Container<int, std::shared_ptr<Text3DLeader>>;
+template class Container<int, std::shared_ptr<View>>;
+template class Container<int, std::shared_ptr<ViewSet>>;
+template class Container<int, std::shared_ptr<Measure>>;
+template class Container<int, std::shared_ptr<Section>>;
 
 } // namespace veksg

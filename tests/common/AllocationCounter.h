@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+
+namespace testing_support {
+
+// Counts the program's calls of the global operator new and delete while a scope is open.
+// The replacement lives in AllocationCounter.cpp; link it into a program to use this.
+struct AllocationCounts {
+    static bool counting;
+    static std::size_t allocations;
+    static std::size_t deallocations;
+};
+
+class CountAllocations {
+public:
+    CountAllocations() {
+        AllocationCounts::allocations = 0;
+        AllocationCounts::deallocations = 0;
+        AllocationCounts::counting = true;
+    }
+    ~CountAllocations() { AllocationCounts::counting = false; }
+    CountAllocations(const CountAllocations&) = delete;
+    CountAllocations& operator=(const CountAllocations&) = delete;
+
+    std::size_t allocations() const { return AllocationCounts::allocations; }
+    std::size_t deallocations() const { return AllocationCounts::deallocations; }
+};
+
+} // namespace testing_support
