@@ -10,3 +10,4 @@
 #include "veksg/Resources.h"
 #include "veksg/Schema.h"
 #include "veksg/Set.h"
+#include "veksg/Values.h"
