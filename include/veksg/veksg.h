@@ -8,6 +8,8 @@
 #include "veksg/Hierarchy.h"
 #include "veksg/PairT.h"
 #include "veksg/Resources.h"
+#include "veksg/SCAttributes.h"
+#include "veksg/SCView.h"
 #include "veksg/Schema.h"
 #include "veksg/Set.h"
 #include "veksg/Values.h"

@@ -1,4 +1,6 @@
 #include "veksg/Factory.h"
+#include "veksg/SCAttributes.h"
+#include "veksg/SCView.h"
 
 namespace veksg {
 
@@ -17,6 +19,10 @@ SCFactory::~SCFactory() = default;
 
 std::shared_ptr<Schema> SCFactory::create(const short& type) {
     switch (type) {
+    case Schema::ATTRIBUTES:
+        return makeComponent<SCAttributes>();
+    case Schema::VIEW:
+        return makeComponent<SCView>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};
