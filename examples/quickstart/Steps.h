@@ -31,5 +31,7 @@ public:
 
 void showFactory(veksg::IFactory& factory);
 void showTablesAndRecords(HostResizer& resizer);
+void showAttributes(veksg::IFactory& factory, const std::shared_ptr<HostResizer>& resizer);
+void showViews(veksg::IFactory& factory);
 
 } // namespace quickstart

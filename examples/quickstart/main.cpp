@@ -9,5 +9,7 @@ int main() {
 
     quickstart::showFactory(*factory);
     quickstart::showTablesAndRecords(*resizer);
+    quickstart::showAttributes(*factory, resizer);
+    quickstart::showViews(*factory);
     return 0;
 }
