@@ -35,5 +35,7 @@ void showSceneTopologyAndResources(veksg::IFactory& factory,
                                    const std::shared_ptr<HostResizer>& resizer);
 void showDocuments(veksg::IFactory& factory);
 void showStates(veksg::IFactory& factory);
+void showAttributes(veksg::IFactory& factory, const std::shared_ptr<HostResizer>& resizer);
+void showViews(veksg::IFactory& factory);
 
 } // namespace quickstart

@@ -12,5 +12,7 @@ int main() {
     quickstart::showSceneTopologyAndResources(*factory, resizer);
     quickstart::showDocuments(*factory);
     quickstart::showStates(*factory);
+    quickstart::showAttributes(*factory, resizer);
+    quickstart::showViews(*factory);
     return 0;
 }

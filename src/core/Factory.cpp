@@ -1,7 +1,10 @@
 #include "veksg/Factory.h"
+#include "veksg/SCAttributes.h"
+#include "veksg/SCView.h"
 
 #include "veksg/Documents.h"
 #include "veksg/Features.h"
+#include "veksg/SCPmi.h"
 #include "veksg/SCScene.h"
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
@@ -44,8 +47,14 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
         return makeComponent<SCComprae>();
     case Schema::HOLE_INFO:
         return makeComponent<SCHoleInfo>();
+    case Schema::PMI_DATA:
+        return makeComponent<SCPmi>();
     case Schema::STATES:
         return makeComponent<SCStates>();
+    case Schema::ATTRIBUTES:
+        return makeComponent<SCAttributes>();
+    case Schema::VIEW:
+        return makeComponent<SCView>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};

@@ -2,6 +2,8 @@
 // extern so that hosts use these copies.
 #include "veksg/veksg.h"
 
+#include "attributes/ValueImpl.h"
+
 namespace veksg {
 
 template class Container<int, int>;
@@ -55,5 +57,19 @@ template class Container<int, std::shared_ptr<View>>;
 template class Container<int, std::shared_ptr<ViewSet>>;
 template class Container<int, std::shared_ptr<Measure>>;
 template class Container<int, std::shared_ptr<Section>>;
+template class Value<bool, 0>;
+template class Value<unsigned char, 1>;
+template class Value<int, 2>;
+template class Value<int, 3>;
+template class Value<float, 4>;
+template class Value<std::shared_ptr<wchar_t>, 5>;
+template class Value<std::vector<unsigned short>, 6>;
+template class Value<std::vector<wchar_t*>, 7>;
+template class Value<unsigned long, 8>;
+template class Container<int, std::shared_ptr<IValue>>;
+template class Container<int, std::shared_ptr<Value<bool, 0>>>;
+template class Container<int, std::shared_ptr<Value<unsigned char, 1>>>;
+template class Container<int, std::shared_ptr<Value<std::shared_ptr<wchar_t>, 5>>>;
+template class Container<int, std::shared_ptr<Value<unsigned long, 8>>>;
 
 } // namespace veksg

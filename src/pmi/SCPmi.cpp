@@ -11,7 +11,8 @@ namespace {
 const std::vector<int> noChildren;
 } // namespace
 
-SCPmi::SCPmi() : Schema(Schema::PMI_DATA) {}
+SCPmi::SCPmi() : Schema(Schema::PMI_DATA) {
+}
 
 SCPmi::SCPmi(const SCPmi&) = default;
 
@@ -19,7 +20,9 @@ SCPmi& SCPmi::operator=(const SCPmi&) = default;
 
 SCPmi::~SCPmi() = default;
 
-short SCPmi::type() const { return Schema::type(); }
+short SCPmi::type() const {
+    return Schema::type();
+}
 
 void SCPmi::resize(std::shared_ptr<SchemaResizer> resizer) {
     growTables(resizer->lastKeyOf(10), noChildren, relation1, relation2, relation3);
@@ -36,9 +39,9 @@ void SCPmi::resize(std::shared_ptr<SchemaResizer> resizer) {
 }
 
 void SCPmi::cleanup() {
-    clearTables(pmis, pmiList1, pmiList2, views, viewSets, sections, pmiBoxes, relation1,
-                relation2, relation3, relation4, map1, relation5, map2, relation6, relation7, map3,
-                relation8, relation9, map4, relation10, map5, relation11, relation12, relation13,
+    clearTables(pmis, pmiList1, pmiList2, views, viewSets, sections, pmiBoxes, relation1, relation2,
+                relation3, relation4, map1, relation5, map2, relation6, relation7, map3, relation8,
+                relation9, map4, relation10, map5, relation11, relation12, relation13,
                 pmiAttributes, relation14, map6, idSet1, idSet2);
     pmiObject.reset();
 }

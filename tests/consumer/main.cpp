@@ -42,6 +42,14 @@ int main() {
     tree.removeDuplicates();
     check(tree.getValue(1).size() == 2 && tree.getValue(1)[0] == 2, "hierarchy dedupe");
 
+    const std::shared_ptr<veksg::IValue> count = std::make_shared<veksg::Int2Value>(L"count", 3);
+    check(std::dynamic_pointer_cast<veksg::Int2Value>(count) != nullptr &&
+              std::dynamic_pointer_cast<veksg::IntValue>(count) == nullptr,
+          "typed values cast by their kind only");
+    const auto view =
+        std::dynamic_pointer_cast<veksg::SCView>(factory->create(veksg::Schema::VIEW));
+    check(view && view->orientations.size() == 7, "a new view holds the seven presets");
+
     veksg::Transform t;
     check(t.matrix == vekmath::MatrixUtils::createIdentity() && !t.valid, "default transform");
     return failures == 0 ? 0 : 1;

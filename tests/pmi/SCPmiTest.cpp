@@ -21,20 +21,32 @@ struct Grown {
 // Every entity-keyed and annotation-keyed relation and map with the key space that sizes it.
 std::vector<Grown> tablesOf(SCPmi& p) {
     return {
-        {"relation1", 10, &p.relation1, nullptr},  {"relation2", 10, &p.relation2, nullptr},
-        {"relation3", 10, &p.relation3, nullptr},  {"relation4", 16, &p.relation4, nullptr},
-        {"relation5", 16, &p.relation5, nullptr},  {"relation6", 16, &p.relation6, nullptr},
-        {"relation7", 0, &p.relation7, nullptr},   {"relation8", 17, &p.relation8, nullptr},
-        {"relation9", 17, &p.relation9, nullptr},  {"relation10", 17, &p.relation10, nullptr},
-        {"relation11", 16, &p.relation11, nullptr}, {"relation12", 16, &p.relation12, nullptr},
-        {"relation13", 16, &p.relation13, nullptr}, {"relation14", 0, &p.relation14, nullptr},
-        {"map1", 0, nullptr, &p.map1},             {"map2", 16, nullptr, &p.map2},
-        {"map3", 0, nullptr, &p.map3},             {"map4", 17, nullptr, &p.map4},
-        {"map5", 17, nullptr, &p.map5},            {"map6", 0, nullptr, &p.map6},
+        {"relation1", 10, &p.relation1, nullptr},
+        {"relation2", 10, &p.relation2, nullptr},
+        {"relation3", 10, &p.relation3, nullptr},
+        {"relation4", 16, &p.relation4, nullptr},
+        {"relation5", 16, &p.relation5, nullptr},
+        {"relation6", 16, &p.relation6, nullptr},
+        {"relation7", 0, &p.relation7, nullptr},
+        {"relation8", 17, &p.relation8, nullptr},
+        {"relation9", 17, &p.relation9, nullptr},
+        {"relation10", 17, &p.relation10, nullptr},
+        {"relation11", 16, &p.relation11, nullptr},
+        {"relation12", 16, &p.relation12, nullptr},
+        {"relation13", 16, &p.relation13, nullptr},
+        {"relation14", 0, &p.relation14, nullptr},
+        {"map1", 0, nullptr, &p.map1},
+        {"map2", 16, nullptr, &p.map2},
+        {"map3", 0, nullptr, &p.map3},
+        {"map4", 17, nullptr, &p.map4},
+        {"map5", 17, nullptr, &p.map5},
+        {"map6", 0, nullptr, &p.map6},
     };
 }
 
-int sizeOf(const Grown& t) { return t.relation ? t.relation->size() : t.map->size(); }
+int sizeOf(const Grown& t) {
+    return t.relation ? t.relation->size() : t.map->size();
+}
 
 TEST(SCPmi, EachKeySpaceGrowsOnlyItsOwnGroup) {
     const short spaces[] = {10, 16, 17};
@@ -46,12 +58,13 @@ TEST(SCPmi, EachKeySpaceGrowsOnlyItsOwnGroup) {
         EXPECT_EQ(resizer.use_count(), 1);
         for (const Grown& t : tablesOf(pmi)) {
             EXPECT_EQ(sizeOf(t), t.keySpace == asked ? 5 : 0) << t.name << " for " << asked;
-            if (t.map)
+            if (t.map) {
                 for (int v : *t.map)
                     EXPECT_EQ(v, -1) << t.name;
-            if (t.relation)
+            } else {
                 for (const auto& list : *t.relation)
                     EXPECT_TRUE(list.empty()) << t.name;
+            }
         }
         EXPECT_EQ(pmi.type(), 3);
     }
@@ -61,7 +74,8 @@ TEST(SCPmi, NegativeOrSmallerAnswersShrinkNothing) {
     SCPmi pmi;
     pmi.relation1.addChild(6, 2);
     pmi.map2.insert(3, 9, -1);
-    pmi.resize(std::make_shared<RecordingResizer>(std::map<short, int>{{10, 1}, {16, -5}, {17, -1}}));
+    pmi.resize(
+        std::make_shared<RecordingResizer>(std::map<short, int>{{10, 1}, {16, -5}, {17, -1}}));
     EXPECT_EQ(pmi.relation1.size(), 7);
     EXPECT_EQ(pmi.relation1.getValue(6), (std::vector<int>{2}));
     EXPECT_EQ(pmi.map2.size(), 4);
@@ -71,7 +85,7 @@ TEST(SCPmi, NegativeOrSmallerAnswersShrinkNothing) {
 
 TEST(SCPmi, CleanupEmptiesEverythingAndCopiesShare) {
     SCPmi pmi;
-    auto annotation = std::make_shared<veksg::PMI>();
+    std::shared_ptr<veksg::PMI> annotation = std::make_shared<veksg::Section>();
     auto owner = std::make_shared<int>(7);
     pmi.pmis.insert(annotation);
     pmi.pmiList1.assign({1, 2});
