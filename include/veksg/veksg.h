@@ -13,6 +13,7 @@
 #include "veksg/PMI.h"
 #include "veksg/PairT.h"
 #include "veksg/Resources.h"
+#include "veksg/RuntimeBuffers.h"
 #include "veksg/SCScene.h"
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"

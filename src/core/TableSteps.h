@@ -26,6 +26,13 @@ void clearTables(Tables&... tables) {
     (tables.clear(), ...);
 }
 
+/// Raises each table's capacity, in argument order, to `count` where it is lower. A negative
+/// count fails at the first table, before any table has changed.
+template <typename... Tables>
+void reserveTables(int count, Tables&... tables) {
+    (tables.reserve(count), ...);
+}
+
 /// Releases every shared entry of `table` front to back, first handing each live payload to
 /// `emptyPayload` so that other holders see it emptied, then removes all entries.
 template <typename Table, typename EmptyPayload>
