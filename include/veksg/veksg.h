@@ -15,6 +15,7 @@
 #include "veksg/Resources.h"
 #include "veksg/RuntimeBuffers.h"
 #include "veksg/SCScene.h"
+#include "veksg/SCSceneRT.h"
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
 #include "veksg/SCStates.h"

@@ -3,6 +3,7 @@
 #include "veksg/Documents.h"
 #include "veksg/Features.h"
 #include "veksg/SCScene.h"
+#include "veksg/SCSceneRT.h"
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
 #include "veksg/SCStates.h"
@@ -26,6 +27,8 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
     switch (type) {
     case Schema::SCENE:
         return makeComponent<SCScene>();
+    case Schema::SCENE_RT:
+        return makeComponent<SCSceneRT>();
     case Schema::SCENE_TOPO:
         return makeComponent<SCSceneTopo>();
     case Schema::SCENE_RES:
