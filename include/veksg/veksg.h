@@ -19,6 +19,7 @@
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
 #include "veksg/SCStates.h"
+#include "veksg/SCTempGraphics.h"
 #include "veksg/Schema.h"
 #include "veksg/Set.h"
 #include "veksg/StateFactory.h"

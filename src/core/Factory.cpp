@@ -7,6 +7,7 @@
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
 #include "veksg/SCStates.h"
+#include "veksg/SCTempGraphics.h"
 
 namespace veksg {
 
@@ -37,6 +38,8 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
         return makeComponent<SCExtFile>();
     case Schema::LAYER:
         return makeComponent<SCLayer>();
+    case Schema::TEMP_GRAPHICS:
+        return makeComponent<SCTempGraphics>();
     case Schema::INFO:
         return makeComponent<SCInfo>();
     case Schema::ANIMATION:

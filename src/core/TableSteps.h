@@ -44,5 +44,17 @@ void releaseShared(Table& table, EmptyPayload emptyPayload) {
     table.clear();
 }
 
+/// Releases every entry of each table, front to back and in argument order, then removes the
+/// entries. The pointees are left as they are for any other holder.
+template <typename... Tables>
+void releaseTables(Tables&... tables) {
+    const auto releaseAll = [](auto& table) {
+        for (auto& held : table)
+            held.reset();
+        table.clear();
+    };
+    (releaseAll(tables), ...);
+}
+
 } // namespace detail
 } // namespace veksg
