@@ -35,5 +35,6 @@ void showSceneTopologyAndResources(veksg::IFactory& factory,
                                    const std::shared_ptr<HostResizer>& resizer);
 void showDocuments(veksg::IFactory& factory);
 void showStates(veksg::IFactory& factory);
+void showRuntime(veksg::IFactory& factory, const std::shared_ptr<HostResizer>& resizer);
 
 } // namespace quickstart

@@ -12,5 +12,6 @@ int main() {
     quickstart::showSceneTopologyAndResources(*factory, resizer);
     quickstart::showDocuments(*factory);
     quickstart::showStates(*factory);
+    quickstart::showRuntime(*factory, resizer);
     return 0;
 }
