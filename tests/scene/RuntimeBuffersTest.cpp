@@ -128,16 +128,6 @@ TYPED_TEST(BatchedBuffer, NegativeReserveFailsAndChangesNoTable) {
     EXPECT_EQ(buffer.lists.getValue(0), (std::vector<int>{1, 2, 3}));
 }
 
-TYPED_TEST(BatchedBuffer, CopiesAreDeep) {
-    TypeParam buffer;
-    fill(buffer, 1);
-    TypeParam copy(buffer);
-    buffer.clear();
-    EXPECT_EQ(sizes(copy), std::vector<int>(sizes(copy).size(), 2));
-    EXPECT_EQ(copy.lists.getValue(0), (std::vector<int>{1, 2, 3}));
-    expectDirty(copy, true);
-}
-
 // Records, when released, how large visibility set 0 still is.
 class SizeWitness : public veksg::IPairFunctor {
 public:

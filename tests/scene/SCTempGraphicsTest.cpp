@@ -70,41 +70,27 @@ TEST(SCTempGraphics, CleanupDestroysWhatOnlyItHeldAndSparesTheRest) {
     EXPECT_EQ(counting.allocations(), 0u);
 }
 
-// Each shared entry, when its last holder lets go, notes which table it was in, whether its
-// slot was already null, and whether the plain values were already gone.
 TEST(SCTempGraphics, CleanupReleasesTableByTableNullingEachEntryFirst) {
     SCTempGraphics graphics;
     graphics.tempValues.insert(veksg::Point3());
     std::vector<std::string> released;
-    auto note = [&](const char* table, const auto& slot) {
-        return [&graphics, &released, &slot, table](auto* object) {
-            released.push_back(std::string(table) + (slot ? " live" : " null") +
-                               (graphics.tempValues.size() == 0 ? " after values" : ""));
-            delete object;
-        };
+    // One entry per table that notes, as it goes, its table, whether its slot was already
+    // null, and whether the plain values were already gone.
+    const auto watch = [&](auto& table, const char* name, auto* object) {
+        const auto* slot = &table.getValue(table.insert(nullptr));
+        table.setValue(0, {object, [&graphics, &released, slot, name](auto* gone) {
+                               released.push_back(
+                                   std::string(name) + (*slot ? " live" : " null") +
+                                   (graphics.tempValues.size() == 0 ? " after values" : ""));
+                               delete gone;
+                           }});
     };
-    // Entries go in first, so that the slots observed later no longer move.
-    graphics.texts3d.resizeToFitKey(0, nullptr);
-    graphics.leaders.resizeToFitKey(0, nullptr);
-    graphics.tempShared1.resizeToFitKey(0, nullptr);
-    graphics.tempShared2.resizeToFitKey(0, nullptr);
-    graphics.measures.resizeToFitKey(0, nullptr);
-    graphics.tempShared3.resizeToFitKey(0, nullptr);
-    graphics.texts3d.setValue(
-        0, std::shared_ptr<veksg::Text3D>(new veksg::Text3D(L"t"),
-                                          note("texts3d", graphics.texts3d.getValue(0))));
-    graphics.leaders.setValue(
-        0, std::shared_ptr<veksg::Text3DLeader>(new veksg::Text3DLeader(L"l"),
-                                                note("leaders", graphics.leaders.getValue(0))));
-    graphics.tempShared1.setValue(
-        0, std::shared_ptr<int>(new int(1), note("tempShared1", graphics.tempShared1.getValue(0))));
-    graphics.tempShared2.setValue(
-        0, std::shared_ptr<int>(new int(2), note("tempShared2", graphics.tempShared2.getValue(0))));
-    graphics.measures.setValue(
-        0, std::shared_ptr<veksg::Measure>(new veksg::Measure(),
-                                           note("measures", graphics.measures.getValue(0))));
-    graphics.tempShared3.setValue(
-        0, std::shared_ptr<int>(new int(3), note("tempShared3", graphics.tempShared3.getValue(0))));
+    watch(graphics.texts3d, "texts3d", new veksg::Text3D(L"t"));
+    watch(graphics.leaders, "leaders", new veksg::Text3DLeader(L"l"));
+    watch(graphics.tempShared1, "tempShared1", new int(1));
+    watch(graphics.tempShared2, "tempShared2", new int(2));
+    watch(graphics.measures, "measures", new veksg::Measure());
+    watch(graphics.tempShared3, "tempShared3", new int(3));
 
     graphics.cleanup();
 
