@@ -37,5 +37,6 @@ void showDocuments(veksg::IFactory& factory);
 void showStates(veksg::IFactory& factory);
 void showAttributes(veksg::IFactory& factory, const std::shared_ptr<HostResizer>& resizer);
 void showViews(veksg::IFactory& factory);
+void showRuntime(veksg::IFactory& factory, const std::shared_ptr<HostResizer>& resizer);
 
 } // namespace quickstart

@@ -14,5 +14,6 @@ int main() {
     quickstart::showStates(*factory);
     quickstart::showAttributes(*factory, resizer);
     quickstart::showViews(*factory);
+    quickstart::showRuntime(*factory, resizer);
     return 0;
 }

@@ -16,8 +16,9 @@ namespace veksg {
 struct VEKSG_API Hole {
     Point3 origin;
     Point3 axis;
-    /// Left unset by the default constructor, like a plain float.
-    float size;
+    /// Hosts must not rely on a default hole's size; it is zero so that copying a default
+    /// hole never reads an indeterminate value.
+    float size = 0.0f;
 
     Hole() = default;
     Hole(const Point3& origin, const Point3& axis, const float& size);

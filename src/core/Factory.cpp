@@ -6,9 +6,11 @@
 #include "veksg/Features.h"
 #include "veksg/SCPmi.h"
 #include "veksg/SCScene.h"
+#include "veksg/SCSceneRT.h"
 #include "veksg/SCSceneRes.h"
 #include "veksg/SCSceneTopo.h"
 #include "veksg/SCStates.h"
+#include "veksg/SCTempGraphics.h"
 
 namespace veksg {
 
@@ -29,6 +31,8 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
     switch (type) {
     case Schema::SCENE:
         return makeComponent<SCScene>();
+    case Schema::SCENE_RT:
+        return makeComponent<SCSceneRT>();
     case Schema::SCENE_TOPO:
         return makeComponent<SCSceneTopo>();
     case Schema::SCENE_RES:
@@ -37,6 +41,8 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
         return makeComponent<SCExtFile>();
     case Schema::LAYER:
         return makeComponent<SCLayer>();
+    case Schema::TEMP_GRAPHICS:
+        return makeComponent<SCTempGraphics>();
     case Schema::INFO:
         return makeComponent<SCInfo>();
     case Schema::ANIMATION:

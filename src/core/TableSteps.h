@@ -26,6 +26,13 @@ void clearTables(Tables&... tables) {
     (tables.clear(), ...);
 }
 
+/// Raises each table's capacity, in argument order, to `count` where it is lower. A negative
+/// count fails at the first table, before any table has changed.
+template <typename... Tables>
+void reserveTables(int count, Tables&... tables) {
+    (tables.reserve(count), ...);
+}
+
 /// Releases every shared entry of `table` front to back, first handing each live payload to
 /// `emptyPayload` so that other holders see it emptied, then removes all entries.
 template <typename Table, typename EmptyPayload>
@@ -35,6 +42,18 @@ void releaseShared(Table& table, EmptyPayload emptyPayload) {
         held.reset();
     }
     table.clear();
+}
+
+/// Releases every entry of each table, front to back and in argument order, then removes the
+/// entries. The pointees are left as they are for any other holder.
+template <typename... Tables>
+void releaseTables(Tables&... tables) {
+    const auto releaseAll = [](auto& table) {
+        for (auto& held : table)
+            held.reset();
+        table.clear();
+    };
+    (releaseAll(tables), ...);
 }
 
 } // namespace detail

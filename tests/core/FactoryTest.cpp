@@ -9,7 +9,7 @@
 namespace {
 
 // The codes the factory makes today; every other code must give an empty pointer.
-const std::set<short> madeCodes = {0, 3, 4, 5, 6, 8, 10, 11, 12, 13, 28, 29, 32, 35};
+const std::set<short> madeCodes = {0, 1, 3, 4, 5, 6, 7, 8, 10, 11, 12, 13, 28, 29, 32, 35};
 // Components that exist but that hosts always construct themselves.
 const std::set<short> neverMade = {22, 25, 33, 34};
 
