@@ -1,9 +1,8 @@
 #include "veksg/Factory.h"
-#include "veksg/SCAttributes.h"
-#include "veksg/SCView.h"
 
 #include "veksg/Documents.h"
 #include "veksg/Features.h"
+#include "veksg/SCAttributes.h"
 #include "veksg/SCPmi.h"
 #include "veksg/SCScene.h"
 #include "veksg/SCSceneRT.h"
@@ -11,6 +10,7 @@
 #include "veksg/SCSceneTopo.h"
 #include "veksg/SCStates.h"
 #include "veksg/SCTempGraphics.h"
+#include "veksg/SCView.h"
 
 namespace veksg {
 
@@ -33,34 +33,34 @@ std::shared_ptr<Schema> SCFactory::create(const short& type) {
         return makeComponent<SCScene>();
     case Schema::SCENE_RT:
         return makeComponent<SCSceneRT>();
-    case Schema::SCENE_TOPO:
-        return makeComponent<SCSceneTopo>();
-    case Schema::SCENE_RES:
-        return makeComponent<SCSceneRes>();
+    case Schema::PMI_DATA:
+        return makeComponent<SCPmi>();
     case Schema::EXT_FILE:
         return makeComponent<SCExtFile>();
+    case Schema::ATTRIBUTES:
+        return makeComponent<SCAttributes>();
     case Schema::LAYER:
         return makeComponent<SCLayer>();
     case Schema::TEMP_GRAPHICS:
         return makeComponent<SCTempGraphics>();
     case Schema::INFO:
         return makeComponent<SCInfo>();
+    case Schema::VIEW:
+        return makeComponent<SCView>();
     case Schema::ANIMATION:
         return makeComponent<SCAnimation>();
+    case Schema::SCENE_TOPO:
+        return makeComponent<SCSceneTopo>();
+    case Schema::SCENE_RES:
+        return makeComponent<SCSceneRes>();
     case Schema::HOOPS:
         return makeComponent<SCHoops>();
     case Schema::COMPRAE:
         return makeComponent<SCComprae>();
-    case Schema::HOLE_INFO:
-        return makeComponent<SCHoleInfo>();
-    case Schema::PMI_DATA:
-        return makeComponent<SCPmi>();
     case Schema::STATES:
         return makeComponent<SCStates>();
-    case Schema::ATTRIBUTES:
-        return makeComponent<SCAttributes>();
-    case Schema::VIEW:
-        return makeComponent<SCView>();
+    case Schema::HOLE_INFO:
+        return makeComponent<SCHoleInfo>();
     default:
         // Unknown codes, and the four components hosts build themselves, are not errors.
         return {};
