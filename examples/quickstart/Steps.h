@@ -37,6 +37,7 @@ void showDocuments(veksg::IFactory& factory);
 void showStates(veksg::IFactory& factory);
 void showAttributes(veksg::IFactory& factory, const std::shared_ptr<HostResizer>& resizer);
 void showViews(veksg::IFactory& factory);
+void showEveryComponent(veksg::IFactory& factory);
 void showRuntime(veksg::IFactory& factory, const std::shared_ptr<HostResizer>& resizer);
 
 } // namespace quickstart

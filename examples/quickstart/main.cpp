@@ -15,5 +15,6 @@ int main() {
     quickstart::showAttributes(*factory, resizer);
     quickstart::showViews(*factory);
     quickstart::showRuntime(*factory, resizer);
+    quickstart::showEveryComponent(*factory);
     return 0;
 }
