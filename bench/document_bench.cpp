@@ -661,6 +661,61 @@ void RawReadPass(benchmark::State& state) {
     setRates(state, doc, readPassBytes(*raw));
 }
 
+// ---- Batched meshes, refilled every frame ------------------------------------------------
+
+// MeshRT's tables in plain vectors, under the same names.
+struct RawMeshRT {
+    std::vector<veksg::PairT<vekmath::Tuple<float, 16>, int>> instances;
+    Refs refs1;
+    Refs refs2;
+    Refs refs3;
+    Refs refs4;
+    RawLists lists;
+    Refs refs5;
+    std::vector<unsigned char> flags;
+    Refs refs6;
+    bool dirty = false;
+
+    void clear() {
+        clearAll(instances, refs1, refs2, refs3, refs4, lists, refs5, flags, refs6);
+        dirty = false;
+    }
+};
+
+// One instance of each part's mesh per frame, with its links, flags and index list.
+template <typename Batch>
+void fillFrame(Batch& batch, const Document& doc) {
+    const veksg::PairT<vekmath::Tuple<float, 16>, int> placed(
+        vekmath::MatrixUtils::createIdentity(), 0);
+    for (int p = 0; p < doc.parts; ++p) {
+        append(batch.instances, placed);
+        for (auto* refs :
+             {&batch.refs1, &batch.refs2, &batch.refs3, &batch.refs4, &batch.refs5, &batch.refs6})
+            append(*refs, p);
+        append(batch.lists, doc.nodePmis[static_cast<size_t>(p)]);
+        append(batch.flags, static_cast<unsigned char>(1));
+    }
+}
+
+// `clear` keeps every table's storage, so a frame of the same size reallocates nothing: the
+// counter stays 0.
+template <typename Batch>
+void timeFrames(benchmark::State& state) {
+    const auto& doc = document(state);
+    Batch batch;
+    fillFrame(batch, doc);
+    const void* storage = &*batch.instances.begin();
+    long reallocations = 0;
+    for (auto _ : state) {
+        batch.clear();
+        fillFrame(batch, doc);
+        reallocations += &*batch.instances.begin() != storage;
+        benchmark::ClobberMemory();
+    }
+    setRates(state, doc, 0);
+    state.counters["reallocations"] = static_cast<double>(reallocations);
+}
+
 // ---- Memory bandwidth -------------------------------------------------------------------
 
 // A buffer of 4 KiB per part, about what the topology of one part occupies.
@@ -723,6 +778,8 @@ void registerAll() {
     addCopies<veksg::SCScene, RawScene>("Scene");
     addResizeAndCleanup<veksg::SCSceneRT, RawSceneRT>("SceneRT", &sceneRTResizeBytes);
     addResizeAndCleanup<veksg::SCPmi, RawPmi>("Pmi", &pmiResizeBytes);
+    add("MeshFrame", &timeFrames<veksg::MeshRT>);
+    add("RawMeshFrame", &timeFrames<RawMeshRT>);
     add("MemoryWrite", &MemoryWrite);
     add("MemoryRead", &MemoryRead);
 }
