@@ -1,12 +1,16 @@
-// Container operations against the raw std::vector they are built on. Each benchmark has
-// its baseline beside it with the same sizes, so results read as ratios.
+// Container operations against the raw std::vector they are built on. Each operation is one
+// template run on both tables, so that the two sides of a pair differ in nothing but the
+// table's type; results read as ratios.
 #include <algorithm>
 #include <cstring>
-#include <numeric>
+#include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "BenchMain.h"
 #include "veksg/veksg.h"
 
 namespace {
@@ -33,102 +37,103 @@ int read(const veksg::Node& n) {
     return n.id + n.ref;
 }
 
+// The operations as each table spells them.
 template <typename V>
-Container<int, V> filledContainer(int n) {
-    Container<int, V> c;
-    c.reserve(n);
-    for (int i = 0; i < n; ++i)
-        c.insert(sample<V>(i));
-    return c;
+void append(Container<int, V>& table, const V& value) {
+    table.insert(value);
+}
+template <typename V>
+void append(std::vector<V>& table, const V& value) {
+    table.push_back(value);
+}
+template <typename V>
+const V& valueAt(const Container<int, V>& table, long key) {
+    return table.getValue(static_cast<int>(key));
+}
+template <typename V>
+const V& valueAt(const std::vector<V>& table, long key) {
+    return table[static_cast<size_t>(key)];
+}
+template <typename V>
+void growTo(Container<int, V>& table, long count, const V& fill) {
+    table.resizeToFitKey(static_cast<int>(count - 1), fill);
+}
+template <typename V>
+void growTo(std::vector<V>& table, long count, const V& fill) {
+    table.resize(static_cast<size_t>(count), fill);
+}
+template <typename V>
+void removeFirst(Container<int, V>& table) {
+    table.removeAt(0);
+}
+template <typename V>
+void removeFirst(std::vector<V>& table) {
+    table.erase(table.begin());
 }
 
-template <typename V>
-std::vector<V> filledVector(int n) {
-    std::vector<V> v;
-    v.reserve(static_cast<size_t>(n));
-    for (int i = 0; i < n; ++i)
-        v.push_back(sample<V>(i));
-    return v;
+template <typename Table>
+using ValueOf = std::decay_t<decltype(*std::declval<Table&>().begin())>;
+
+template <typename Table>
+Table filled(long count) {
+    Table table;
+    table.reserve(static_cast<int>(count));
+    for (int i = 0; i < count; ++i)
+        append(table, sample<ValueOf<Table>>(i));
+    return table;
 }
 
-template <typename V>
-void ContainerRangeFor(benchmark::State& state) {
-    auto c = filledContainer<V>(static_cast<int>(state.range(0)));
+template <typename Table>
+const void* storage(Table& table) {
+    return &*table.begin();
+}
+
+template <typename Table>
+void RangeFor(benchmark::State& state) {
+    const auto table = filled<Table>(state.range(0));
     for (auto _ : state) {
         long sum = 0;
-        for (const V& v : c)
-            sum += read(v);
+        for (const auto& value : table)
+            sum += read(value);
         benchmark::DoNotOptimize(sum);
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-template <typename V>
-void ContainerGetValue(benchmark::State& state) {
-    auto c = filledContainer<V>(static_cast<int>(state.range(0)));
+// getValue on the container, operator[] on the vector.
+template <typename Table>
+void KeyedLoop(benchmark::State& state) {
+    const auto table = filled<Table>(state.range(0));
     for (auto _ : state) {
         long sum = 0;
-        for (int k = 0, n = c.size(); k < n; ++k)
-            sum += read(c.getValue(k));
+        for (long k = 0, n = static_cast<long>(table.size()); k < n; ++k)
+            sum += read(valueAt(table, k));
         benchmark::DoNotOptimize(sum);
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-template <typename V>
-void VectorIndexLoop(benchmark::State& state) {
-    auto v = filledVector<V>(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        long sum = 0;
-        for (size_t k = 0, n = v.size(); k < n; ++k)
-            sum += read(v[k]);
-        benchmark::DoNotOptimize(sum);
-    }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
-template <bool Reserve>
-void ContainerInsert(benchmark::State& state) {
+// insert(v) on the container, push_back on the vector.
+template <typename Table, bool Reserve>
+void Append(benchmark::State& state) {
     const int n = static_cast<int>(state.range(0));
     for (auto _ : state) {
-        Container<int, int> c;
-        if (Reserve) c.reserve(n);
+        Table table;
+        if (Reserve) table.reserve(n);
         for (int i = 0; i < n; ++i)
-            c.insert(i);
-        benchmark::DoNotOptimize(c.begin());
+            append(table, i);
+        benchmark::DoNotOptimize(storage(table));
     }
     state.SetItemsProcessed(state.iterations() * n);
 }
 
-template <bool Reserve>
-void VectorPushBack(benchmark::State& state) {
-    const auto n = static_cast<size_t>(state.range(0));
+// resizeToFitKey(n - 1, -1) on the container, resize(n, -1) on the vector.
+template <typename Table>
+void Grow(benchmark::State& state) {
     for (auto _ : state) {
-        std::vector<int> v;
-        if (Reserve) v.reserve(n);
-        for (size_t i = 0; i < n; ++i)
-            v.push_back(static_cast<int>(i));
-        benchmark::DoNotOptimize(v.data());
-    }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
-void ContainerResizeToFitKey(benchmark::State& state) {
-    const int n = static_cast<int>(state.range(0));
-    for (auto _ : state) {
-        Container<int, int> c;
-        c.resizeToFitKey(n - 1, -1);
-        benchmark::DoNotOptimize(c.begin());
-    }
-    state.SetBytesProcessed(state.iterations() * state.range(0) * 4);
-}
-
-void VectorResize(benchmark::State& state) {
-    const auto n = static_cast<size_t>(state.range(0));
-    for (auto _ : state) {
-        std::vector<int> v;
-        v.resize(n, -1);
-        benchmark::DoNotOptimize(v.data());
+        Table table;
+        growTo(table, state.range(0), -1);
+        benchmark::DoNotOptimize(storage(table));
     }
     state.SetBytesProcessed(state.iterations() * state.range(0) * 4);
 }
@@ -152,74 +157,72 @@ void RawMemset(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * state.range(0) * 4);
 }
 
-void ContainerRemoveAt(benchmark::State& state) {
-    const int n = static_cast<int>(state.range(0));
-    auto c = filledContainer<int>(n);
+// removeAt(0) on the container, erase(begin()) on the vector; one append keeps the size.
+template <typename Table>
+void RemoveFirst(benchmark::State& state) {
+    auto table = filled<Table>(state.range(0));
     for (auto _ : state) {
-        c.removeAt(0);
-        c.insert(0);
-    }
-    state.SetItemsProcessed(state.iterations() * n);
-}
-
-void VectorErase(benchmark::State& state) {
-    auto v = filledVector<int>(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        v.erase(v.begin());
-        v.push_back(0);
+        removeFirst(table);
+        append(table, 0);
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void ContainerClearRefill(benchmark::State& state) {
+// `clear` keeps the storage, so the refill never reallocates: the counter stays 0.
+template <typename Table>
+void ClearRefill(benchmark::State& state) {
     const int n = static_cast<int>(state.range(0));
-    auto c = filledContainer<int>(n);
+    auto table = filled<Table>(n);
+    const void* before = storage(table);
+    long reallocations = 0;
     for (auto _ : state) {
-        c.clear();
+        table.clear();
         for (int i = 0; i < n; ++i)
-            c.insert(i);
-        benchmark::DoNotOptimize(c.begin());
+            append(table, i);
+        reallocations += storage(table) != before;
+        benchmark::DoNotOptimize(storage(table));
     }
     state.SetItemsProcessed(state.iterations() * n);
-}
-
-void VectorClearRefill(benchmark::State& state) {
-    auto v = filledVector<int>(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        const size_t n = v.size();
-        v.clear();
-        for (size_t i = 0; i < n; ++i)
-            v.push_back(static_cast<int>(i));
-        benchmark::DoNotOptimize(v.data());
-    }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+    state.counters["reallocations"] = static_cast<double>(reallocations);
 }
 
 constexpr long small = 1 << 10;
 constexpr long large = 1 << 22;
 
+void add(const std::string& name, void (*run)(benchmark::State&), long largest = large) {
+    benchmark::RegisterBenchmark(name.c_str(), run)->Range(small, largest);
+}
+
+// Each loop beside the same loop over std::vector.
+template <typename V>
+void addLoops(const std::string& type) {
+    add("ContainerRangeFor<" + type + ">", &RangeFor<Container<int, V>>);
+    add("VectorRangeFor<" + type + ">", &RangeFor<std::vector<V>>);
+    add("ContainerGetValue<" + type + ">", &KeyedLoop<Container<int, V>>);
+    add("VectorIndexLoop<" + type + ">", &KeyedLoop<std::vector<V>>);
+}
+
+void registerAll() {
+    addLoops<int>("int");
+    addLoops<float>("float");
+    addLoops<veksg::Node>("veksg::Node");
+    add("ContainerInsert<false>", &Append<Container<int, int>, false>);
+    add("VectorPushBack<false>", &Append<std::vector<int>, false>);
+    add("ContainerInsert<true>", &Append<Container<int, int>, true>);
+    add("VectorPushBack<true>", &Append<std::vector<int>, true>);
+    add("ContainerResizeToFitKey", &Grow<Container<int, int>>);
+    add("VectorResize", &Grow<std::vector<int>>);
+    add("RawFill", &RawFill);
+    add("RawMemset", &RawMemset);
+    add("ContainerRemoveAt", &RemoveFirst<Container<int, int>>, 1 << 16);
+    add("VectorErase", &RemoveFirst<std::vector<int>>, 1 << 16);
+    add("ContainerClearRefill", &ClearRefill<Container<int, int>>);
+    add("VectorClearRefill", &ClearRefill<std::vector<int>>);
+}
+
 } // namespace
 
-BENCHMARK_TEMPLATE(ContainerRangeFor, int)->Range(small, large);
-BENCHMARK_TEMPLATE(ContainerGetValue, int)->Range(small, large);
-BENCHMARK_TEMPLATE(VectorIndexLoop, int)->Range(small, large);
-BENCHMARK_TEMPLATE(ContainerRangeFor, float)->Range(small, large);
-BENCHMARK_TEMPLATE(ContainerGetValue, float)->Range(small, large);
-BENCHMARK_TEMPLATE(VectorIndexLoop, float)->Range(small, large);
-BENCHMARK_TEMPLATE(ContainerRangeFor, veksg::Node)->Range(small, large);
-BENCHMARK_TEMPLATE(ContainerGetValue, veksg::Node)->Range(small, large);
-BENCHMARK_TEMPLATE(VectorIndexLoop, veksg::Node)->Range(small, large);
-BENCHMARK_TEMPLATE(ContainerInsert, false)->Range(small, large);
-BENCHMARK_TEMPLATE(VectorPushBack, false)->Range(small, large);
-BENCHMARK_TEMPLATE(ContainerInsert, true)->Range(small, large);
-BENCHMARK_TEMPLATE(VectorPushBack, true)->Range(small, large);
-BENCHMARK(ContainerResizeToFitKey)->Range(small, large);
-BENCHMARK(VectorResize)->Range(small, large);
-BENCHMARK(RawFill)->Range(small, large);
-BENCHMARK(RawMemset)->Range(small, large);
-BENCHMARK(ContainerRemoveAt)->Range(small, 1 << 16);
-BENCHMARK(VectorErase)->Range(small, 1 << 16);
-BENCHMARK(ContainerClearRefill)->Range(small, large);
-BENCHMARK(VectorClearRefill)->Range(small, large);
-
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    registerAll();
+    return veksgbench::runBenchmarks(argc, argv);
+}

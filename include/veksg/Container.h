@@ -5,6 +5,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "vekmath/Tuple.h"
@@ -15,6 +16,10 @@ namespace veksg {
 /// Dense keyed table: a value's key is its position, handed out in insertion order from 0.
 /// There is no key array, free list or tombstone; size, last key and the next key are all
 /// derived from the one array. No member checks a key against the size.
+///
+/// Members are defined in the class, and so inline, so that a host's loops and growth compile
+/// to the same code as on the vector itself; only the keyed store and the move assignment,
+/// defined below it, always run the library's exported copies.
 template <typename K, typename V>
 class Container {
 public:
@@ -48,12 +53,28 @@ public:
 
     /// Makes slot `key` exist, appending copies of `fill`; never shrinks. A key below -1
     /// becomes an enormous count and throws std::length_error("vector too long").
-    void resizeToFitKey(int key, V fill);
+    void resizeToFitKey(int key, V fill) {
+        // key + 1 wraps in 32 bits and is then sign-extended, so any key below -1 asks for an
+        // impossible count instead of silently doing nothing.
+        const int needed = static_cast<int>(static_cast<unsigned>(key) + 1u);
+        const auto count = static_cast<std::size_t>(needed);
+        if (values.size() >= count) return;
+        checkCount(count);
+        if (isValueInitialised(fill))
+            values.resize(count);
+        else
+            values.resize(count, fill);
+    }
     /// Destroys every value; the capacity is kept.
     void clear() { values.clear(); }
     /// Raises the capacity to exactly `count` when it is larger; a negative count throws
     /// std::length_error("vector too long").
-    void reserve(int count);
+    void reserve(int count) {
+        const auto wanted = static_cast<std::size_t>(count);
+        if (wanted <= values.capacity()) return;
+        checkCount(wanted);
+        values.reserve(wanted);
+    }
     /// Erases slot `key`; every later key drops by one.
     void removeAt(int key) { values.erase(values.begin() + key); }
 
@@ -67,6 +88,16 @@ private:
     [[noreturn]] static void throwTooLong() { throw std::length_error("vector too long"); }
     void checkCount(std::size_t count) const {
         if (count > values.max_size()) throwTooLong();
+    }
+    // Such a fill grows by value initialisation, which is what a copy of it would be: a block
+    // clear for a zero number, no copying for an empty list.
+    static bool isValueInitialised(const V& fill) {
+        if constexpr (std::is_integral_v<V>)
+            return fill == V{};
+        else if constexpr (std::is_same_v<V, std::vector<int>>)
+            return fill.empty();
+        else
+            return false;
     }
 
     std::vector<V> values;
@@ -90,25 +121,6 @@ void Container<K, V>::insert(const int& key, const V& value, const V& fill) {
     const std::size_t from = own ? static_cast<std::size_t>(&value - first) : 0;
     resizeToFitKey(key, fill);
     values[static_cast<std::size_t>(key)] = own ? values[from] : value;
-}
-
-template <typename K, typename V>
-void Container<K, V>::resizeToFitKey(int key, V fill) {
-    // key + 1 wraps in 32 bits and is then sign-extended, so any key below -1 asks for an
-    // impossible count instead of silently doing nothing.
-    const int needed = static_cast<int>(static_cast<unsigned>(key) + 1u);
-    const auto count = static_cast<std::size_t>(needed);
-    if (values.size() >= count) return;
-    checkCount(count);
-    values.resize(count, fill);
-}
-
-template <typename K, typename V>
-void Container<K, V>::reserve(int count) {
-    const auto wanted = static_cast<std::size_t>(count);
-    if (wanted <= values.capacity()) return;
-    checkCount(wanted);
-    values.reserve(wanted);
 }
 
 // Instantiations over standard and math value types; record types declare theirs beside

@@ -1,8 +1,8 @@
 #include "veksg/Hierarchy.h"
 
 #include <algorithm>
-#include <functional>
 
+#include "core/TableSteps.h"
 #include "veksg/Set.h"
 
 namespace veksg {
@@ -27,13 +27,7 @@ void Hierarchy::removeChild(int parent, int child, bool erase) {
 }
 
 void Hierarchy::removeDuplicates() {
-    for (std::vector<int>& list : *this) {
-        // After the first pass most lists are already strictly ascending: one read decides.
-        if (std::adjacent_find(list.begin(), list.end(), std::greater_equal<int>()) == list.end())
-            continue;
-        std::sort(list.begin(), list.end());
-        list.erase(std::unique(list.begin(), list.end()), list.end());
-    }
+    detail::removeRepeatedChildren(begin(), end());
 }
 
 void HierarchySet::addChild(int parent, int child) {

@@ -2,6 +2,9 @@
 
 // Steps that every component repeats over groups of its tables. Internal to the library.
 
+#include <algorithm>
+#include <cstddef>
+
 namespace veksg {
 namespace detail {
 
@@ -12,12 +15,61 @@ void growTables(int last, const Fill& fill, Tables&... tables) {
     if (last > -1) (tables.resizeToFitKey(last, fill), ...);
 }
 
+/// True when every child is greater than the one before it. Reads the whole list without an
+/// early exit, so that the compiler can compare several children per instruction.
+template <typename List>
+bool strictlyAscending(const List& list) {
+    const auto* children = list.data();
+    const std::size_t count = list.size();
+    unsigned descents = 0;
+    for (std::size_t i = 1; i < count; ++i)
+        descents |= children[i - 1] >= children[i];
+    return descents == 0;
+}
+
+/// Sorts one list ascending and drops repeated children. Short lists, the usual case in a
+/// model's topology, sort by insertion, which costs no call per child.
+template <typename List>
+void sortUnique(List& list) {
+    constexpr std::ptrdiff_t shortList = 32;
+    const auto first = list.begin();
+    const auto last = list.end();
+    if (last - first > shortList) {
+        std::sort(first, last);
+    } else {
+        for (auto next = first; next != last; ++next) {
+            const auto child = *next;
+            auto hole = next;
+            for (; hole != first && child < *(hole - 1); --hole)
+                *hole = *(hole - 1);
+            *hole = child;
+        }
+    }
+    list.erase(std::unique(first, last), last);
+}
+
+/// Sorts each list of [first, last) ascending and drops repeated children. After the first
+/// pass most lists are already strictly ascending: one read decides, and they stay as they
+/// are.
+template <typename ListIterator>
+void removeRepeatedChildren(ListIterator first, ListIterator last) {
+    for (; first != last; ++first)
+        if (!strictlyAscending(*first)) sortUnique(*first);
+}
+
 /// Like `growTables` with empty child lists, but each hierarchy drops its repeated children
 /// straight after its own growth, whether or not it grew. An answer at or below -1 skips
 /// both steps, so such an answer leaves every table as it was.
 template <typename... Hierarchies>
 void growTablesDeduped(int last, Hierarchies&... tables) {
-    if (last > -1) ((tables.resizeToFitKey(last, {}), tables.removeDuplicates()), ...);
+    // The lists that growth appends are empty, so only the ones held before need the pass;
+    // the result is that of `removeDuplicates` without reading the new slots back.
+    const auto growDeduped = [last](auto& table) {
+        const int held = table.size();
+        table.resizeToFitKey(last, {});
+        removeRepeatedChildren(table.begin(), table.begin() + held);
+    };
+    if (last > -1) (growDeduped(tables), ...);
 }
 
 /// Empties each table, in argument order, keeping its capacity.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -35,6 +36,32 @@ TEST(Hierarchy, RemoveDuplicatesSortsEveryList) {
     EXPECT_EQ(h.getValue(1), (List{7}));
     EXPECT_TRUE(h.getValue(2).empty());
     EXPECT_EQ(h.getValue(3), (List{-1, 4}));
+}
+
+// Short lists and long ones take different sorting paths; every length up to well past the
+// switch must come out as a plain sort and unique would leave it.
+TEST(Hierarchy, RemoveDuplicatesAtEveryListLength) {
+    Hierarchy h;
+    std::vector<List> expected;
+    for (int length = 0; length <= 70; ++length) {
+        List scrambled;
+        List ascendingButLast;
+        for (int i = 0; i < length; ++i) {
+            scrambled.push_back((i * 37 + length) % 23 - 5);
+            ascendingButLast.push_back(i);
+        }
+        if (length > 0) ascendingButLast.push_back(length / 2);
+        for (List list : {scrambled, ascendingButLast}) {
+            h.insert(list);
+            std::sort(list.begin(), list.end());
+            list.erase(std::unique(list.begin(), list.end()), list.end());
+            expected.push_back(list);
+        }
+    }
+    h.removeDuplicates();
+    ASSERT_EQ(h.size(), static_cast<int>(expected.size()));
+    for (int p = 0; p < h.size(); ++p)
+        EXPECT_EQ(h.getValue(p), expected[static_cast<size_t>(p)]) << p;
 }
 
 TEST(Hierarchy, RemoveChildWithAndWithoutErase) {
