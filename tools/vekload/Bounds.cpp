@@ -141,7 +141,7 @@ void forEachPoint(const std::vector<PointRun>& runs, std::size_t step, Visit vis
 }
 } // namespace
 
-OrientedBox principalBox(const std::vector<PointRun>& runs) {
+OrientedBox fittedBox(const std::vector<PointRun>& runs) {
     OrientedBox out;
     std::size_t total = 0;
     for (const PointRun& run : runs)
@@ -152,24 +152,29 @@ OrientedBox principalBox(const std::vector<PointRun>& runs) {
     constexpr std::size_t samples = 8192;
     const std::size_t step = std::max<std::size_t>(1, total / samples);
 
+    // Sums taken relative to one of the points keep their precision far from the origin.
+    Vec3 origin{0, 0, 0};
+    bool first = true;
     double count = 0;
     Vec3 sum{0, 0, 0};
     double products[3][3] = {};
     forEachPoint(runs, step, [&](const Vec3& p) {
+        if (first) origin = p;
+        first = false;
         count += 1;
         for (std::size_t i = 0; i < 3; ++i) {
-            sum[i] += p[i];
+            sum[i] += p[i] - origin[i];
             for (std::size_t j = 0; j < 3; ++j)
-                products[i][j] += p[i] * p[j];
+                products[i][j] += (p[i] - origin[i]) * (p[j] - origin[j]);
         }
     });
     Vec3 mean;
-    for (std::size_t i = 0; i < 3; ++i)
-        mean[i] = sum[i] / count;
     double covariance[3][3];
     for (std::size_t i = 0; i < 3; ++i)
         for (std::size_t j = 0; j < 3; ++j)
-            covariance[i][j] = products[i][j] / count - mean[i] * mean[j];
+            covariance[i][j] = products[i][j] / count - sum[i] * sum[j] / (count * count);
+    for (std::size_t i = 0; i < 3; ++i)
+        mean[i] = origin[i] + sum[i] / count;
     double axes[3][3];
     eigenvectors(covariance, axes);
 
@@ -177,7 +182,9 @@ OrientedBox principalBox(const std::vector<PointRun>& runs) {
     Vec3 high;
     low.fill(std::numeric_limits<double>::max());
     high.fill(std::numeric_limits<double>::lowest());
+    Box3 aligned;
     forEachPoint(runs, 1, [&](const Vec3& p) {
+        aligned.add(p);
         for (std::size_t a = 0; a < 3; ++a) {
             double along = 0;
             for (std::size_t k = 0; k < 3; ++k)
@@ -186,6 +193,14 @@ OrientedBox principalBox(const std::vector<PointRun>& runs) {
             high[a] = std::max(high[a], along);
         }
     });
+    // Parts modelled along the axes often fit their axis-aligned box best; keep the smaller.
+    double principalVolume = 1;
+    double alignedVolume = 1;
+    for (std::size_t a = 0; a < 3; ++a) {
+        principalVolume *= high[a] - low[a];
+        alignedVolume *= aligned.max[a] - aligned.min[a];
+    }
+    if (alignedVolume <= principalVolume) return OrientedBox::of(aligned);
     out.center = mean;
     for (std::size_t a = 0; a < 3; ++a) {
         const double middle = (low[a] + high[a]) / 2;

@@ -51,8 +51,9 @@ struct PointRun {
     std::size_t stride = 3;
 };
 
-/// A box along the principal axes of the points (their covariance's eigenvectors), which
-/// fits elongated and tilted parts far more tightly than the axis-aligned box.
-OrientedBox principalBox(const std::vector<PointRun>& runs);
+/// The smaller of two boxes around the points: the one along their principal axes (the
+/// covariance's eigenvectors), which fits tilted and elongated parts, and the axis-aligned
+/// one, which fits parts modelled along the axes.
+OrientedBox fittedBox(const std::vector<PointRun>& runs);
 
 } // namespace vekload

@@ -150,7 +150,7 @@ const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& par
         runs.push_back({part.lines->points.front().data(), part.lines->points.size(),
                         sizeof(veksg::Point3) / sizeof(float)});
     Bounds result;
-    result.oriented = principalBox(runs);
+    result.oriented = fittedBox(runs);
     result.box = result.oriented.box();
     // A part with topology but no tessellation still has its vertices.
     if (!result.oriented.valid) {

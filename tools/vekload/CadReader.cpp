@@ -10,6 +10,8 @@
 #include <GeomAdaptor_Surface.hxx>
 #include <GeomLProp_SLProps.hxx>
 #include <IGESCAFControl_Reader.hxx>
+#include <Interface_Check.hxx>
+#include <Interface_CheckIterator.hxx>
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
 #include <Message_PrinterOStream.hxx>
@@ -42,6 +44,8 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+#include <XSControl_Reader.hxx>
+#include <XSControl_WorkSession.hxx>
 
 #include <algorithm>
 #include <cmath>
@@ -67,6 +71,18 @@ void silenceMessages() {
         return true;
     }();
     static_cast<void>(silenced);
+}
+
+// The STEP and IGES readers accept damaged files and note what failed; transferring such
+// data can crash Open CASCADE, and what does transfer is not the model.
+void rejectFailures(XSControl_Reader& reader, const char* format) {
+    const Interface_CheckIterator checks = reader.WS()->ModelCheckList();
+    long failures = 0;
+    for (checks.Start(); checks.More(); checks.Next())
+        failures += checks.Value()->NbFails();
+    if (failures > 0)
+        throw LoadError(std::to_string(failures) + " error(s) in the " + format +
+                        " data: the file is damaged");
 }
 
 class ProgressAdapter : public Message_ProgressIndicator {
@@ -393,6 +409,7 @@ void CadReader::readShapes(ProgressBar& progress) {
         reader.SetLayerMode(true);
         if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
             throw LoadError("not a readable STEP file");
+        rejectFailures(reader.ChangeReader(), "STEP");
         if (!reader.Transfer(document, indicator->Start()))
             throw LoadError("no shape could be transferred from the STEP data");
     } else if (kind == CadFormat::Iges) {
@@ -402,6 +419,7 @@ void CadReader::readShapes(ProgressBar& progress) {
         reader.SetLayerMode(true);
         if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
             throw LoadError("not a readable IGES file");
+        rejectFailures(reader, "IGES");
         if (!reader.Transfer(document, indicator->Start()))
             throw LoadError("no shape could be transferred from the IGES data");
     } else if (kind == CadFormat::Brep) {

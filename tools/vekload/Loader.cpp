@@ -32,7 +32,8 @@ LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions&
     LoadResult result;
     result.format = reader.format();
     result.document = std::make_unique<Document>();
-    ProgressBar progress(fs::path(path).filename().string(), options.progress);
+    ProgressBar progress(path.empty() ? "sample" : fs::path(path).filename().string(),
+                         options.progress);
     try {
         const double start = seconds();
         progress.phase("reading");
@@ -104,7 +105,7 @@ LoadResult loadFile(const std::string& path, const LoadOptions& options) {
 
 LoadResult loadSample(const LoadOptions& options) {
     const auto reader = makeCadReader({}, CadFormat::Sample, options);
-    return runReader(*reader, "flanged-bolt (built-in sample)", options);
+    return runReader(*reader, {}, options);
 }
 
 } // namespace vekload

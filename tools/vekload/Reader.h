@@ -25,7 +25,7 @@ public:
     virtual double deflection() const { return 0; }
 };
 
-/// Runs the phases of `reader` for the file at `path` (the sample passes a name of its own).
+/// Runs the phases of `reader` for the file at `path` (empty for the built-in sample).
 LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions& options);
 
 } // namespace vekload
