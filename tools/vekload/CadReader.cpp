@@ -47,6 +47,9 @@
 #include <XSControl_Reader.hxx>
 #include <XSControl_WorkSession.hxx>
 
+#include <IGESControl_Controller.hxx>
+#include <STEPCAFControl_Controller.hxx>
+
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -57,6 +60,17 @@
 #include "CadSample.h"
 #include "Text.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#define VEKLOAD_LSAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VEKLOAD_LSAN 1
+#endif
+#endif
+#ifdef VEKLOAD_LSAN
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace vekload {
 
 namespace {
@@ -64,13 +78,22 @@ using FaceColors = NCollection_DataMap<TopoDS_Shape, Quantity_ColorRGBA, TopTool
 
 const Quantity_ColorRGBA defaultColor(Quantity_Color(0.72, 0.74, 0.78, Quantity_TOC_RGB), 1.0f);
 
-// Open CASCADE reports through printers on stdout; the tool's own output must stay clean.
-void silenceMessages() {
-    static const bool silenced = [] {
+// Set up once per process: Open CASCADE's message printers write to stdout, which is the
+// tool's; and its data-exchange controllers and document application fill global
+// registries the first time they are made and never free them. Under LeakSanitizer those
+// are made with leak tracking off, so that every other leak still fails the run.
+void setUpOpenCascade() {
+    static const bool done = [] {
+#ifdef VEKLOAD_LSAN
+        const __lsan::ScopedDisabler registriesLiveForever;
+#endif
         Message::DefaultMessenger()->RemovePrinters(STANDARD_TYPE(Message_PrinterOStream));
+        STEPCAFControl_Controller::Init();
+        IGESControl_Controller::Init();
+        XCAFApp_Application::GetApplication();
         return true;
     }();
-    static_cast<void>(silenced);
+    static_cast<void>(done);
 }
 
 // The STEP and IGES readers accept damaged files and note what failed; transferring such
@@ -334,10 +357,20 @@ class CadReader : public Reader {
 public:
     CadReader(std::string path, CadFormat format, const LoadOptions& options)
         : path(std::move(path)), kind(format), options(options) {
-        silenceMessages();
+        setUpOpenCascade();
         XCAFApp_Application::GetApplication()->NewDocument("MDTV-XCAF", document);
     }
-    ~CadReader() override { XCAFApp_Application::GetApplication()->Close(document); }
+    ~CadReader() override {
+        // Layers and their shapes refer to each other; unless they are parted first the
+        // document's memory outlives it.
+        if (!layers.IsNull()) {
+            TDF_LabelSequence labels;
+            layers->GetLayerLabels(labels);
+            for (const TDF_Label& label : labels)
+                layers->RemoveLayer(label);
+        }
+        XCAFApp_Application::GetApplication()->Close(document);
+    }
 
     const char* format() const override {
         switch (kind) {
@@ -380,6 +413,9 @@ private:
     }
     void readShapes(ProgressBar& progress);
     void mesh(ProgressBar& progress);
+    template <typename DocumentReader>
+    void transfer(DocumentReader& reader, XSControl_Reader& plain, const char* format,
+                  const Message_ProgressRange& range);
     void readBrep(ProgressAdapter& indicator);
     TopoDS_Compound allRoots() const;
     void walk(DocumentBuilder& builder, const TDF_Label& label, int parent,
@@ -404,24 +440,10 @@ void CadReader::readShapes(ProgressBar& progress) {
     Handle(ProgressAdapter) indicator = new ProgressAdapter(progress);
     if (kind == CadFormat::Step) {
         STEPCAFControl_Reader reader;
-        reader.SetColorMode(true);
-        reader.SetNameMode(true);
-        reader.SetLayerMode(true);
-        if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
-            throw LoadError("not a readable STEP file");
-        rejectFailures(reader.ChangeReader(), "STEP");
-        if (!reader.Transfer(document, indicator->Start()))
-            throw LoadError("no shape could be transferred from the STEP data");
+        transfer(reader, reader.ChangeReader(), "STEP", indicator->Start());
     } else if (kind == CadFormat::Iges) {
         IGESCAFControl_Reader reader;
-        reader.SetColorMode(true);
-        reader.SetNameMode(true);
-        reader.SetLayerMode(true);
-        if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
-            throw LoadError("not a readable IGES file");
-        rejectFailures(reader, "IGES");
-        if (!reader.Transfer(document, indicator->Start()))
-            throw LoadError("no shape could be transferred from the IGES data");
+        transfer(reader, reader, "IGES", indicator->Start());
     } else if (kind == CadFormat::Brep) {
         readBrep(*indicator);
     } else {
@@ -445,6 +467,20 @@ public:
 private:
     std::streambuf* saved;
 };
+
+// `plain` is the reader underneath `reader` that keeps the parser's notes.
+template <typename DocumentReader>
+void CadReader::transfer(DocumentReader& reader, XSControl_Reader& plain, const char* format,
+                         const Message_ProgressRange& range) {
+    reader.SetColorMode(true);
+    reader.SetNameMode(true);
+    reader.SetLayerMode(true);
+    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
+        throw LoadError(std::string("not a readable ") + format + " file");
+    rejectFailures(plain, format);
+    if (!reader.Transfer(document, range))
+        throw LoadError(std::string("no shape could be transferred from the ") + format + " data");
+}
 
 void CadReader::readBrep(ProgressAdapter& indicator) {
     TopoDS_Shape shape;

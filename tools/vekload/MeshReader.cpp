@@ -19,16 +19,20 @@
 namespace vekload {
 
 namespace {
+// Assimp reports reading as its first half and post-processing as its second; each is a
+// phase of its own here.
 class ProgressAdapter : public Assimp::ProgressHandler {
 public:
     explicit ProgressAdapter(ProgressBar& bar) : bar(bar) {}
     bool Update(float percentage) override {
-        if (percentage >= 0) bar.update(percentage);
+        if (percentage >= 0) bar.update(2.0 * (percentage - start));
         return true;
     }
+    void startPostProcessing() { start = 0.5; }
 
 private:
     ProgressBar& bar;
+    double start = 0.0;
 };
 
 Matrix toMatrix(const aiMatrix4x4& a) {
@@ -162,13 +166,14 @@ public:
 
     void read(ProgressBar& progress) override {
         if (name == "STL") checkStlComplete(path);
-        importer.SetProgressHandler(new ProgressAdapter(progress));
+        progressAdapter = new ProgressAdapter(progress);
+        importer.SetProgressHandler(progressAdapter);
         scene = importer.ReadFile(path, aiProcess_ValidateDataStructure);
         failIfEmpty("not a readable mesh file");
     }
 
-    void tessellate(ProgressBar& progress) override {
-        static_cast<void>(progress);
+    void tessellate(ProgressBar&) override {
+        progressAdapter->startPostProcessing();
         scene = importer.ApplyPostProcessing(aiProcess_Triangulate | aiProcess_GenSmoothNormals |
                                              aiProcess_SortByPType);
         failIfEmpty("could not triangulate the meshes");
@@ -214,6 +219,7 @@ private:
     std::string path;
     std::string name;
     Assimp::Importer importer;
+    ProgressAdapter* progressAdapter = nullptr; // owned by the importer
     const aiScene* scene = nullptr;
     std::vector<std::shared_ptr<const PartGeometry>> parts;
     std::vector<veksg::MMaterial> materials;
