@@ -8,13 +8,12 @@ namespace vekload {
 
 Matrix Matrix::operator*(const Matrix& right) const {
     Matrix out;
-    for (int col = 0; col < 4; ++col)
-        for (int row = 0; row < 4; ++row) {
+    for (std::size_t col = 0; col < 4; ++col)
+        for (std::size_t row = 0; row < 4; ++row) {
             double sum = 0;
-            for (int k = 0; k < 4; ++k)
-                sum += m[static_cast<std::size_t>(k * 4 + row)] *
-                       right.m[static_cast<std::size_t>(col * 4 + k)];
-            out.m[static_cast<std::size_t>(col * 4 + row)] = sum;
+            for (std::size_t k = 0; k < 4; ++k)
+                sum += m[k * 4 + row] * right.m[col * 4 + k];
+            out.m[col * 4 + row] = sum;
         }
     return out;
 }

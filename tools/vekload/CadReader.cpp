@@ -123,9 +123,9 @@ private:
 
 Matrix toMatrix(const gp_Trsf& trsf) {
     Matrix out;
-    for (int col = 0; col < 4; ++col)
-        for (int row = 0; row < 3; ++row)
-            out.m[static_cast<std::size_t>(col * 4 + row)] = trsf.Value(row + 1, col + 1);
+    for (std::size_t col = 0; col < 4; ++col)
+        for (std::size_t row = 0; row < 3; ++row)
+            out.m[col * 4 + row] = trsf.Value(static_cast<int>(row) + 1, static_cast<int>(col) + 1);
     return out;
 }
 
@@ -206,7 +206,7 @@ int keyOf(std::unordered_map<const Geometry*, int>& keys, std::vector<int>& kind
 struct PartBuilder {
     const FaceColors& faceColors;
     Quantity_ColorRGBA baseColor;
-    bool perVertexColors;
+    bool perVertexColors = false;
 
     std::shared_ptr<PartGeometry> build(const TopoDS_Shape& shape) const;
 
@@ -337,13 +337,13 @@ void PartBuilder::addFaceTriangles(const TopoDS_Face& face, PartGeometry::FaceDa
         for (const int corner : corners) {
             const auto& node = nodes[static_cast<std::size_t>(corner - 1)];
             if (perVertexColors) {
-                veksg::VNC v;
+                veksg::VNC v{};
                 std::copy(node.begin(), node.begin() + 3, v.vertex);
                 std::copy(node.begin() + 3, node.end(), v.normal);
                 std::copy(rgba, rgba + 4, v.color);
                 mesh.vnc.push_back(v);
             } else {
-                veksg::VN v;
+                veksg::VN v{};
                 std::copy(node.begin(), node.begin() + 3, v.vertex);
                 std::copy(node.begin() + 3, node.end(), v.normal);
                 mesh.vn.push_back(v);

@@ -41,9 +41,9 @@ Matrix toMatrix(const aiMatrix4x4& a) {
                                 {a.b1, a.b2, a.b3, a.b4},
                                 {a.c1, a.c2, a.c3, a.c4},
                                 {a.d1, a.d2, a.d3, a.d4}};
-    for (int col = 0; col < 4; ++col)
-        for (int row = 0; row < 4; ++row)
-            out.m[static_cast<std::size_t>(col * 4 + row)] = rows[row][col];
+    for (std::size_t col = 0; col < 4; ++col)
+        for (std::size_t row = 0; row < 4; ++row)
+            out.m[col * 4 + row] = rows[row][col];
     return out;
 }
 
@@ -82,7 +82,7 @@ void copyTriangles(const aiMesh& source, std::vector<Vertex>& out, const aiColor
             const unsigned index = face.mIndices[k];
             const aiVector3D& p = source.mVertices[index];
             const aiVector3D& n = source.mNormals ? source.mNormals[index] : none;
-            Vertex v;
+            Vertex v{};
             v.vertex[0] = p.x;
             v.vertex[1] = p.y;
             v.vertex[2] = p.z;

@@ -18,10 +18,12 @@ namespace {
 class ByteCounter {
 public:
     long long of(const std::vector<int>& list) const {
-        return static_cast<long long>(sizeof list + list.size() * sizeof(int));
+        const std::size_t bytes = sizeof(std::vector<int>) + list.size() * sizeof(int);
+        return static_cast<long long>(bytes);
     }
     long long of(const std::wstring& text) const {
-        return static_cast<long long>(sizeof text + text.size() * sizeof(wchar_t));
+        const std::size_t bytes = sizeof(std::wstring) + text.size() * sizeof(wchar_t);
+        return static_cast<long long>(bytes);
     }
     long long of(const veksg::Node& node) const {
         return static_cast<long long>(sizeof node) + of(std::wstring(node.name())) -
@@ -178,12 +180,13 @@ void printItems(std::ostream& out, const char* label, const std::vector<std::str
 
 std::string readable(long long bytes) {
     char text[32];
-    if (bytes < 10 * 1024)
+    constexpr long long kibi = 1024;
+    if (bytes < 10 * kibi)
         std::snprintf(text, sizeof text, "%lld B", bytes);
-    else if (bytes < 10 * 1024 * 1024)
-        std::snprintf(text, sizeof text, "%lld KiB", bytes / 1024);
+    else if (bytes < 10 * kibi * kibi)
+        std::snprintf(text, sizeof text, "%lld KiB", bytes / kibi);
     else
-        std::snprintf(text, sizeof text, "%lld MiB", bytes / (1024 * 1024));
+        std::snprintf(text, sizeof text, "%lld MiB", bytes / (kibi * kibi));
     return text;
 }
 
@@ -403,8 +406,11 @@ FileReport deserialize(const std::string& text) {
     while (std::getline(in, line)) {
         std::vector<std::string> fields;
         std::size_t start = 0;
-        for (std::size_t tab; (tab = line.find('\t', start)) != std::string::npos; start = tab + 1)
+        for (std::size_t tab = line.find('\t'); tab != std::string::npos;
+             tab = line.find('\t', start)) {
             fields.push_back(line.substr(start, tab - start));
+            start = tab + 1;
+        }
         fields.push_back(line.substr(start));
         const std::string& kind = fields[0];
         auto field = [&fields](std::size_t i) { return i < fields.size() ? fields[i] : ""; };
