@@ -1,0 +1,389 @@
+#include "Check.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <utility>
+
+#include "Builder.h"
+#include "KeySpaces.h"
+
+namespace vekload {
+
+namespace {
+using Lists = veksg::Container<int, std::vector<int>>;
+using Links = veksg::Container<int, int>;
+
+constexpr std::size_t shownProblems = 20;
+
+class Checker {
+public:
+    explicit Checker(Document& document) : doc(document) {}
+
+    CheckResult run() {
+        entities();
+        relations();
+        primitives();
+        sideTables();
+        visibility();
+        return std::move(result);
+    }
+
+private:
+    void problem(const std::string& text) {
+        if (result.problems.size() < shownProblems) result.problems.push_back(text);
+        ++result.problemCount;
+    }
+
+    static std::string at(const char* table, int key) {
+        return std::string(table) + "[" + std::to_string(key) + "]";
+    }
+
+    // One key seen in `table` at `owner`, naming a record of a table of `size` records.
+    void key(const char* table, int owner, int value, int size, bool noneAllowed) {
+        ++result.references;
+        if (value >= 0 && value < size) return;
+        if (value == -1 && noneAllowed) return;
+        problem(at(table, owner) + " names key " + std::to_string(value) + " of a table of " +
+                std::to_string(size));
+    }
+
+    void lists(const char* table, const Lists& lists, int size) {
+        for (int owner = 0; owner < lists.size(); ++owner)
+            for (const int value : lists.getValue(owner))
+                key(table, owner, value, size, false);
+    }
+
+    void links(const char* table, const Links& links, int size, bool noneAllowed) {
+        for (int owner = 0; owner < links.size(); ++owner)
+            key(table, owner, links.getValue(owner), size, noneAllowed);
+    }
+
+    // Every child listed under an owner points back at that owner.
+    template <typename BackOf>
+    void pointsBack(const char* table, const Lists& lists, const char* backTable, BackOf backOf) {
+        for (int owner = 0; owner < lists.size(); ++owner)
+            for (const int child : lists.getValue(owner)) {
+                ++result.references;
+                if (backOf(child) != owner)
+                    problem(at(table, owner) + " lists " + std::to_string(child) + " but " +
+                            at(backTable, child) + " is " + std::to_string(backOf(child)));
+            }
+    }
+
+    void pointsBack(const char* table, const Lists& lists, const char* backTable,
+                    const Links& back) {
+        pointsBack(table, lists, backTable, [&back](int child) {
+            return child >= 0 && child < back.size() ? back.getValue(child) : -2;
+        });
+    }
+
+    // Two lists that state one relation from both sides.
+    void mutual(const char* forwardTable, const Lists& forward, const char* backTable,
+                const Lists& back) {
+        auto listed = [](const Lists& lists, int owner, int child) {
+            if (owner < 0 || owner >= lists.size()) return false;
+            const auto& children = lists.getValue(owner);
+            return std::find(children.begin(), children.end(), child) != children.end();
+        };
+        for (int owner = 0; owner < forward.size(); ++owner)
+            for (const int child : forward.getValue(owner)) {
+                ++result.references;
+                if (!listed(back, child, owner))
+                    problem(at(forwardTable, owner) + " lists " + std::to_string(child) + " but " +
+                            at(backTable, child) + " does not list " + std::to_string(owner));
+            }
+    }
+
+    void entities();
+    void relations();
+    void primitives();
+    void sideTables();
+    void visibility();
+
+    Document& doc;
+    CheckResult result;
+};
+
+template <typename Record>
+void idsOf(const veksg::Container<int, Record>& table, std::vector<int>& out) {
+    out.clear();
+    for (const Record& record : table)
+        out.push_back(record.id);
+}
+
+void Checker::entities() {
+    auto& topo = *doc.topo;
+    std::vector<int> found;
+    auto sameKeys = [&](const char* table) {
+        for (int k = 0; k < static_cast<int>(found.size()); ++k) {
+            ++result.references;
+            if (found[static_cast<std::size_t>(k)] != k)
+                problem(at(table, k) + " has id " +
+                        std::to_string(found[static_cast<std::size_t>(k)]));
+        }
+    };
+    idsOf(topo.nodes, found);
+    sameKeys("SCSceneTopo.nodes");
+    idsOf(topo.faces, found);
+    sameKeys("SCSceneTopo.faces");
+    idsOf(topo.edges, found);
+    sameKeys("SCSceneTopo.edges");
+    idsOf(topo.vertices, found);
+    sameKeys("SCSceneTopo.vertices");
+    idsOf(topo.surfaces, found);
+    sameKeys("SCSceneTopo.surfaces");
+    idsOf(topo.curves, found);
+    sameKeys("SCSceneTopo.curves");
+
+    const int nodes = topo.nodes.size();
+    for (int n = 0; n < nodes; ++n)
+        key("SCSceneTopo.nodes.ref", n, topo.nodes.getValue(n).ref, nodes, true);
+    for (int e = 0; e < topo.edges.size(); ++e)
+        key("SCSceneTopo.edges.ref", e, topo.edges.getValue(e).ref, nodes, false);
+    for (int m = 0; m < doc.scene->meshes.size(); ++m) {
+        ++result.references;
+        if (!doc.scene->meshes.getValue(m)) problem(at("SCScene.meshes", m) + " is null");
+    }
+    for (int p = 0; p < doc.scene->polylines.size(); ++p) {
+        ++result.references;
+        if (!doc.scene->polylines.getValue(p)) problem(at("SCScene.polylines", p) + " is null");
+    }
+}
+
+void Checker::relations() {
+    auto& topo = *doc.topo;
+    auto& scene = *doc.scene;
+    const int nodes = topo.nodes.size();
+    const int faces = topo.faces.size();
+    const int edges = topo.edges.size();
+    const int vertices = topo.vertices.size();
+
+    links("SCSceneTopo.nodeRefs1", topo.nodeRefs1, nodes, true);
+    lists("SCSceneTopo.nodeLists3", topo.nodeLists3, nodes);
+    lists("SCSceneTopo.nodeLists4", topo.nodeLists4, faces);
+    lists("SCSceneTopo.nodeLists5", topo.nodeLists5, edges);
+    lists("SCSceneTopo.nodeLists6", topo.nodeLists6, vertices);
+    lists("SCSceneTopo.nodeLists7", topo.nodeLists7, scene.polylines.size());
+    lists("SCSceneTopo.nodeLists8", topo.nodeLists8, doc.layers.size());
+    lists("SCSceneTopo.nodeLists10", topo.nodeLists10, doc.attributes->attributes.size());
+    links("SCSceneTopo.faceRefs1", topo.faceRefs1, topo.surfaces.size(), true);
+    links("SCSceneTopo.faceRefs2", topo.faceRefs2, nodes, true);
+    lists("SCSceneTopo.faceLists2", topo.faceLists2, edges);
+    links("SCSceneTopo.edgeRefs1", topo.edgeRefs1, topo.curves.size(), true);
+    lists("SCSceneTopo.edgeLists2", topo.edgeLists2, vertices);
+    lists("SCSceneTopo.edgeLists3", topo.edgeLists3, faces);
+    links("SCSceneTopo.refs13a", topo.refs13a, nodes, true);
+    lists("SCSceneTopo.lists13", topo.lists13, edges);
+    links("SCSceneTopo.refs14a", topo.refs14a, faces, true);
+    lists("SCSceneTopo.lists14", topo.lists14, faces);
+    links("SCSceneTopo.refs15a", topo.refs15a, edges, true);
+    lists("SCSceneTopo.lists15a", topo.lists15a, edges);
+    lists("SCScene.hierarchy", scene.hierarchy, scene.meshes.size());
+    links("SCScene.links6a", scene.links6a, nodes, true);
+    links("SCScene.links6b", scene.links6b, faces, true);
+    links("SCScene.links7", scene.links7, nodes, true);
+    links("SCScene.links8", scene.links8, nodes, true);
+    lists("SCAttributes.attributeIndices", doc.attributes->attributeIndices, nodes);
+
+    pointsBack("SCSceneTopo.nodeLists3", topo.nodeLists3, "SCSceneTopo.nodeRefs1", topo.nodeRefs1);
+    pointsBack("SCSceneTopo.nodeLists4", topo.nodeLists4, "SCSceneTopo.faceRefs2", topo.faceRefs2);
+    pointsBack("SCSceneTopo.nodeLists5", topo.nodeLists5, "SCSceneTopo.edges.ref", [&topo](int e) {
+        return e >= 0 && e < topo.edges.size() ? topo.edges.getValue(e).ref : -2;
+    });
+    pointsBack("SCSceneTopo.nodeLists6", topo.nodeLists6, "SCSceneTopo.refs13a", topo.refs13a);
+    pointsBack("SCSceneTopo.nodeLists7", topo.nodeLists7, "SCScene.links7", scene.links7);
+    pointsBack("SCScene.hierarchy", scene.hierarchy, "SCScene.links6a", scene.links6a);
+    pointsBack("SCSceneTopo.lists14", topo.lists14, "SCSceneTopo.faceRefs1", topo.faceRefs1);
+    pointsBack("SCSceneTopo.lists15a", topo.lists15a, "SCSceneTopo.edgeRefs1", topo.edgeRefs1);
+    mutual("SCSceneTopo.faceLists2", topo.faceLists2, "SCSceneTopo.edgeLists3", topo.edgeLists3);
+    mutual("SCSceneTopo.edgeLists3", topo.edgeLists3, "SCSceneTopo.faceLists2", topo.faceLists2);
+    mutual("SCSceneTopo.edgeLists2", topo.edgeLists2, "SCSceneTopo.lists13", topo.lists13);
+    mutual("SCSceneTopo.lists13", topo.lists13, "SCSceneTopo.edgeLists2", topo.edgeLists2);
+    // Every node hangs under a parent that comes before it.
+    for (int n = 0; n < std::min(nodes, topo.nodeRefs1.size()); ++n) {
+        const int parent = topo.nodeRefs1.getValue(n);
+        ++result.references;
+        if (parent >= n) problem(at("SCSceneTopo.nodeRefs1", n) + " names a later node");
+    }
+}
+
+void Checker::primitives() {
+    auto& scene = *doc.scene;
+    auto& res = *doc.resources;
+    auto& topo = *doc.topo;
+    const int meshes = scene.meshes.size();
+    const int polylines = scene.polylines.size();
+    auto range = [&](const char* table, int p, const veksg::PrimitiveInfo& info, int owner,
+                     int available, int multiple) {
+        ++result.references;
+        const bool inside = info.first >= 0 && info.count >= 0 &&
+                            info.first <= available - info.count && info.first % multiple == 0 &&
+                            info.count % multiple == 0;
+        if (!inside || (owner < 0 && info.count > 0))
+            problem(at(table, p) + " covers " + std::to_string(info.first) + "+" +
+                    std::to_string(info.count) + " of " + std::to_string(available) +
+                    " in its owner " + std::to_string(owner));
+    };
+    for (int p = 0; p < res.primitivesA.size(); ++p) {
+        const veksg::PrimitiveInfo& info = res.primitivesA.getValue(p);
+        key("SCSceneRes.primitivesA.id", p, info.id, topo.faces.size(), false);
+        const int mesh = p < res.primALinks1.size() ? res.primALinks1.getValue(p) : -1;
+        key("SCSceneRes.primALinks1", p, mesh, meshes, true);
+        const bool known = mesh >= 0 && mesh < meshes && scene.meshes.getValue(mesh);
+        range("SCSceneRes.primitivesA", p, info, mesh,
+              known ? vertexCount(*scene.meshes.getValue(mesh)) : 0, 3);
+        // The face's node draws the mesh its triangles are in.
+        if (!known || p >= topo.faceRefs2.size()) continue;
+        const int node = topo.faceRefs2.getValue(p);
+        ++result.references;
+        const auto& drawn = node >= 0 && node < scene.hierarchy.size()
+                                ? scene.hierarchy.getValue(node)
+                                : std::vector<int>();
+        if (std::find(drawn.begin(), drawn.end(), mesh) == drawn.end())
+            problem(at("SCSceneRes.primitivesA", p) + " lies in mesh " + std::to_string(mesh) +
+                    ", which its face's node does not draw");
+    }
+    for (int p = 0; p < res.primitivesB.size(); ++p) {
+        const veksg::PrimitiveInfo& info = res.primitivesB.getValue(p);
+        key("SCSceneRes.primitivesB.id", p, info.id, topo.edges.size(), false);
+        const int line = p < res.primBLinks2.size() ? res.primBLinks2.getValue(p) : -1;
+        key("SCSceneRes.primBLinks2", p, line, polylines, true);
+        const bool known = line >= 0 && line < polylines && scene.polylines.getValue(line);
+        range("SCSceneRes.primitivesB", p, info, line,
+              known ? static_cast<int>(scene.polylines.getValue(line)->points.size()) : 0, 1);
+    }
+}
+
+void Checker::sideTables() {
+    auto& topo = *doc.topo;
+    auto& scene = *doc.scene;
+    auto& res = *doc.resources;
+    auto& rt = *doc.runtime;
+    auto& pmi = *doc.pmi;
+    struct Side {
+        const char* name;
+        int size;
+        int needed;
+        bool exact;
+    };
+    auto space = [this](short code) { return lastKeyOf(doc, code) + 1; };
+    const int nodes = space(NODES);
+    const int faces = space(FACES);
+    const int edges = space(EDGES);
+    const int vertices = space(VERTICES);
+    const int surfaces = space(SURFACES);
+    const int curves = space(CURVES);
+    const int pmis = space(PMI_ITEMS);
+    const int views = space(VIEWS);
+    const Side sides[] = {
+        {"SCSceneTopo.nodeLists1", topo.nodeLists1.size(), nodes, false},
+        {"SCSceneTopo.nodeLists2", topo.nodeLists2.size(), nodes, false},
+        {"SCSceneTopo.nodeLists3", topo.nodeLists3.size(), nodes, false},
+        {"SCSceneTopo.nodeLists4", topo.nodeLists4.size(), nodes, false},
+        {"SCSceneTopo.nodeLists5", topo.nodeLists5.size(), nodes, false},
+        {"SCSceneTopo.nodeLists6", topo.nodeLists6.size(), nodes, false},
+        {"SCSceneTopo.nodeLists7", topo.nodeLists7.size(), nodes, false},
+        {"SCSceneTopo.nodeLists8", topo.nodeLists8.size(), nodes, false},
+        {"SCSceneTopo.nodeLists9", topo.nodeLists9.size(), nodes, false},
+        {"SCSceneTopo.nodeLists10", topo.nodeLists10.size(), nodes, false},
+        {"SCSceneTopo.nodeLists11", topo.nodeLists11.size(), nodes, false},
+        {"SCSceneTopo.nodeRefs1", topo.nodeRefs1.size(), nodes, false},
+        {"SCSceneTopo.nodeRefs2", topo.nodeRefs2.size(), nodes, false},
+        {"SCSceneTopo.nodeRefs3", topo.nodeRefs3.size(), nodes, false},
+        {"SCSceneTopo.nodeRefs4", topo.nodeRefs4.size(), nodes, false},
+        {"SCSceneTopo.nodeFlags", topo.nodeFlags.size(), nodes, false},
+        {"SCSceneTopo.faceLists1", topo.faceLists1.size(), faces, false},
+        {"SCSceneTopo.faceLists2", topo.faceLists2.size(), faces, false},
+        {"SCSceneTopo.faceLists3", topo.faceLists3.size(), faces, false},
+        {"SCSceneTopo.faceLists4", topo.faceLists4.size(), faces, false},
+        {"SCSceneTopo.faceRefs1", topo.faceRefs1.size(), faces, false},
+        {"SCSceneTopo.faceRefs2", topo.faceRefs2.size(), faces, false},
+        {"SCSceneTopo.edgeLists1", topo.edgeLists1.size(), edges, false},
+        {"SCSceneTopo.edgeLists2", topo.edgeLists2.size(), edges, false},
+        {"SCSceneTopo.edgeLists3", topo.edgeLists3.size(), edges, false},
+        {"SCSceneTopo.edgeLists4", topo.edgeLists4.size(), edges, false},
+        {"SCSceneTopo.edgeRefs1", topo.edgeRefs1.size(), edges, false},
+        {"SCSceneTopo.refs13a", topo.refs13a.size(), vertices, false},
+        {"SCSceneTopo.refs13b", topo.refs13b.size(), vertices, false},
+        {"SCSceneTopo.lists13", topo.lists13.size(), vertices, false},
+        {"SCSceneTopo.refs14a", topo.refs14a.size(), surfaces, false},
+        {"SCSceneTopo.refs14b", topo.refs14b.size(), surfaces, false},
+        {"SCSceneTopo.refs14c", topo.refs14c.size(), surfaces, false},
+        {"SCSceneTopo.lists14", topo.lists14.size(), surfaces, false},
+        {"SCSceneTopo.refs15a", topo.refs15a.size(), curves, false},
+        {"SCSceneTopo.refs15b", topo.refs15b.size(), curves, false},
+        {"SCSceneTopo.lists15a", topo.lists15a.size(), curves, false},
+        {"SCSceneTopo.lists15b", topo.lists15b.size(), curves, false},
+        {"SCScene.links6a", scene.links6a.size(), space(MESHES), false},
+        {"SCScene.links6b", scene.links6b.size(), space(MESHES), false},
+        {"SCScene.meshMaterials", scene.meshMaterials.size(), space(MESHES), true},
+        {"SCScene.links7", scene.links7.size(), space(POLYLINES), false},
+        {"SCScene.polylineMaterials", scene.polylineMaterials.size(), space(POLYLINES), true},
+        {"SCScene.links8", scene.links8.size(), space(LAYERS), false},
+        {"SCScene.transforms", scene.transforms.size(), nodes, true},
+        {"SCScene.boxes", scene.boxes.size(), nodes, true},
+        {"SCScene.hierarchy", scene.hierarchy.size(), nodes, false},
+        {"SCSceneRes.orientedBoxes", res.orientedBoxes.size(), nodes, true},
+        {"SCSceneRes.primitivesA", res.primitivesA.size(), faces, true},
+        {"SCSceneRes.primALinks1", res.primALinks1.size(), res.primitivesA.size(), false},
+        {"SCSceneRes.primALinks2", res.primALinks2.size(), res.primitivesA.size(), false},
+        {"SCSceneRes.primALinks3", res.primALinks3.size(), res.primitivesA.size(), false},
+        {"SCSceneRes.primitivesB", res.primitivesB.size(), edges, true},
+        {"SCSceneRes.primBLinks2", res.primBLinks2.size(), res.primitivesB.size(), false},
+        {"SCSceneRT.nodeValues", rt.nodeValues.size(), nodes, false},
+        {"SCSceneRT.meshes.lists", rt.meshes.lists.size(), nodes, false},
+        {"SCSceneRT.polylines.lists", rt.polylines.lists.size(), nodes, false},
+        {"SCSceneRT.vertices.lists", rt.vertices.lists.size(), nodes, false},
+        {"SCSceneRT.texts.lists", rt.texts.lists.size(), nodes, false},
+        {"SCPmi.relation1", pmi.relation1.size(), nodes, false},
+        {"SCPmi.relation2", pmi.relation2.size(), nodes, false},
+        {"SCPmi.relation3", pmi.relation3.size(), nodes, false},
+        {"SCPmi.map2", pmi.map2.size(), pmis, false},
+        {"SCPmi.relation4", pmi.relation4.size(), pmis, false},
+        {"SCPmi.relation5", pmi.relation5.size(), pmis, false},
+        {"SCPmi.relation6", pmi.relation6.size(), pmis, false},
+        {"SCPmi.relation11", pmi.relation11.size(), pmis, false},
+        {"SCPmi.relation12", pmi.relation12.size(), pmis, false},
+        {"SCPmi.relation13", pmi.relation13.size(), pmis, false},
+        {"SCPmi.relation8", pmi.relation8.size(), views, false},
+        {"SCPmi.relation9", pmi.relation9.size(), views, false},
+        {"SCPmi.relation10", pmi.relation10.size(), views, false},
+        {"SCPmi.map4", pmi.map4.size(), views, false},
+        {"SCPmi.map5", pmi.map5.size(), views, false},
+        {"SCAttributes.flags", doc.attributes->flags.size(), doc.attributes->attributes.size(),
+         false},
+        {"SCAttributes.attributeIndices", doc.attributes->attributeIndices.size(),
+         doc.attributes->attributes.size(), true},
+    };
+    for (const Side& side : sides) {
+        ++result.references;
+        if (side.size < side.needed || (side.exact && side.size != side.needed))
+            problem(std::string(side.name) + " has " + std::to_string(side.size) + " entries for " +
+                    std::to_string(side.needed) + " keys");
+    }
+}
+
+void Checker::visibility() {
+    const auto& sets = doc.runtime->visibility.sets;
+    auto space = [this](short code) { return lastKeyOf(doc, code) + 1; };
+    const int faces = space(FACES);
+    // Without faces the run-time scene sizes set 7 by the meshes instead.
+    const int expected[8] = {
+        space(NODES),  space(PMI_ITEMS), faces,           space(EDGES),
+        space(CURVES), space(VERTICES),  space(SURFACES), faces > 0 ? 0 : space(MESHES)};
+    for (std::size_t set = 0; set < sets.size(); ++set) {
+        ++result.references;
+        if (static_cast<int>(sets[set].size()) != expected[set])
+            problem("SCSceneRT.visibility.sets[" + std::to_string(set) + "] has " +
+                    std::to_string(sets[set].size()) + " bits for " +
+                    std::to_string(expected[set]) + " keys");
+    }
+}
+} // namespace
+
+CheckResult checkDocument(Document& document) {
+    return Checker(document).run();
+}
+
+} // namespace vekload

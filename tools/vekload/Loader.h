@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "Document.h"
+
+namespace vekload {
+
+struct LoadOptions {
+    /// Chordal deflection of the tessellation in model units; 0 or less picks one from the
+    /// model's size.
+    double deflection = 0;
+    bool progress = false;
+};
+
+/// Seconds spent in each phase of a load.
+struct PhaseTimes {
+    double read = 0;
+    double tessellate = 0;
+    double fill = 0;
+    double resize = 0;
+
+    double total() const { return read + tessellate + fill + resize; }
+    /// Fill and resize as a share of the whole load, 0 to 1.
+    double fillResizeShare() const;
+};
+
+struct LoadResult {
+    std::unique_ptr<Document> document;
+    std::string format;
+    PhaseTimes times;
+    /// The deflection the CAD tessellation used; 0 for mesh files.
+    double deflection = 0;
+};
+
+/// Why a file could not be loaded; the message names the cause, not the file.
+class LoadError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Reads, tessellates and fills one file; throws LoadError on bad input.
+LoadResult loadFile(const std::string& path, const LoadOptions& options);
+/// The built-in sample assembly, made with Open CASCADE primitives.
+LoadResult loadSample(const LoadOptions& options);
+
+/// Seconds since an arbitrary start, for phase timing.
+double seconds();
+
+} // namespace vekload

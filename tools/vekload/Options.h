@@ -1,0 +1,25 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace vekload {
+
+struct Options {
+    bool json = false;
+    bool check = false;
+    /// 0: chosen from each model's size.
+    double deflection = 0;
+    double timeout = 300;
+    /// Each file is loaded in a child process unless this is off.
+    bool isolate = true;
+    bool help = false;
+    std::vector<std::string> files;
+};
+
+/// Throws std::invalid_argument naming the offending argument.
+Options parseOptions(int argc, const char* const* argv);
+const char* usage();
+
+} // namespace vekload

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "Builder.h"
+#include "Loader.h"
+#include "Progress.h"
+
+namespace vekload {
+
+/// One file format's way through the load phases. The phases run in order, each once;
+/// `runReader` times them and fills the document in between.
+class Reader {
+public:
+    Reader() = default;
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
+    virtual ~Reader();
+
+    virtual const char* format() const = 0;
+    virtual void read(ProgressBar& progress) = 0;
+    virtual void tessellate(ProgressBar& progress) = 0;
+    virtual void fill(DocumentBuilder& builder) = 0;
+    /// The deflection the tessellation used, 0 when the file held triangles already.
+    virtual double deflection() const { return 0; }
+};
+
+/// Runs the phases of `reader` for the file at `path` (empty for the built-in sample).
+LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions& options);
+
+} // namespace vekload

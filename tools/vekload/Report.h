@@ -1,0 +1,44 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Check.h"
+#include "Loader.h"
+
+namespace vekload {
+
+using Figures = std::vector<std::pair<std::string, long long>>;
+
+/// What the tool reports about one file, loaded or not.
+struct FileReport {
+    std::string file;
+    bool ok = false;
+    std::string error;
+    std::string format;
+    PhaseTimes times;
+    double deflection = 0;
+    /// "Component.table" and its number of records.
+    Figures records;
+    /// Component and the bytes its tables hold (a mesh shared by several keys counts once).
+    Figures bytes;
+    bool checked = false;
+    CheckResult check;
+};
+
+Figures recordCounts(const Document& document);
+Figures componentBytes(const Document& document);
+
+/// The report of a loaded file; `check` may be null.
+FileReport describe(const std::string& file, const LoadResult& result, const CheckResult* check);
+
+void printText(std::ostream& out, const FileReport& report);
+void printJson(std::ostream& out, const std::vector<FileReport>& reports);
+
+/// A line-based form that passes a report from a worker process to its parent.
+std::string serialize(const FileReport& report);
+FileReport deserialize(const std::string& text);
+
+} // namespace vekload

@@ -1,0 +1,83 @@
+// vekload: loads CAD and mesh files into the veksg data model, as a viewer would, and
+// reports what each load made of them.
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "Check.h"
+#include "Isolation.h"
+#include "Loader.h"
+#include "Options.h"
+#include "Progress.h"
+#include "Report.h"
+
+namespace {
+constexpr const char* sampleName = "flanged-bolt (built-in sample)";
+
+vekload::FileReport loadAndDescribe(const std::string& label,
+                                    const std::function<vekload::LoadResult()>& load, bool check) {
+    try {
+        const vekload::LoadResult result = load();
+        if (!check) return vekload::describe(label, result, nullptr);
+        const vekload::CheckResult consistency = vekload::checkDocument(*result.document);
+        return vekload::describe(label, result, &consistency);
+    } catch (const vekload::LoadError& error) {
+        vekload::FileReport report;
+        report.file = label;
+        report.error = error.what();
+        return report;
+    }
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    vekload::Options options;
+    try {
+        options = vekload::parseOptions(argc, argv);
+    } catch (const std::invalid_argument& error) {
+        std::fprintf(stderr, "vekload: %s\n%s", error.what(), vekload::usage());
+        return 2;
+    }
+    if (options.help) {
+        std::fputs(vekload::usage(), stdout);
+        return 0;
+    }
+
+    vekload::LoadOptions load;
+    load.deflection = options.deflection;
+    load.progress = vekload::stderrIsTerminal();
+
+    std::vector<std::pair<std::string, std::function<vekload::LoadResult()>>> jobs;
+    if (options.files.empty())
+        jobs.emplace_back(sampleName, [&load] { return vekload::loadSample(load); });
+    for (const std::string& file : options.files)
+        jobs.emplace_back(file, [&load, file] { return vekload::loadFile(file, load); });
+
+    std::vector<vekload::FileReport> reports;
+    int printed = 0;
+    bool loadFailed = false;
+    bool checkFailed = false;
+    for (const auto& [label, job] : jobs) {
+        auto work = [&, label = label, job = job] {
+            return loadAndDescribe(label, job, options.check);
+        };
+        vekload::FileReport report =
+            options.isolate ? vekload::runIsolated(label, work, options.timeout) : work();
+        if (!report.ok) {
+            std::fprintf(stderr, "vekload: %s: %s\n", label.c_str(), report.error.c_str());
+            loadFailed = true;
+        } else {
+            checkFailed = checkFailed || (report.checked && !report.check.ok());
+            if (!options.json) {
+                if (printed++ > 0) std::cout << '\n';
+                vekload::printText(std::cout, report);
+                std::cout.flush();
+            }
+        }
+        reports.push_back(std::move(report));
+    }
+    if (options.json) vekload::printJson(std::cout, reports);
+    return loadFailed ? 1 : checkFailed ? 3 : 0;
+}

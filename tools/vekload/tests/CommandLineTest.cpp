@@ -1,0 +1,125 @@
+// The vekload program as users run it: exit status, one stderr line per bad file, good files
+// still reported, JSON and argument errors.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "TestFiles.h"
+
+namespace vekload::test {
+namespace {
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+    std::vector<std::string> errLines;
+};
+
+std::string slurp(const std::string& path) {
+    std::ifstream in(path);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+Outcome run(const std::vector<std::string>& args) {
+    const std::string out = scratchDirectory() + "/out.txt";
+    const std::string err = scratchDirectory() + "/err.txt";
+    std::string command = std::string("'") + VEKLOAD_EXECUTABLE + "'";
+    for (const std::string& arg : args)
+        command += " '" + arg + "'";
+    command += " >'" + out + "' 2>'" + err + "'";
+    Outcome result;
+    const int status = std::system(command.c_str());
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.out = slurp(out);
+    std::istringstream lines(slurp(err));
+    for (std::string line; std::getline(lines, line);)
+        result.errLines.push_back(line);
+    return result;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(CommandLine, ReportsGoodFilesAndOneLinePerBadOne) {
+    const std::string screw = occtFile("step/screw.step");
+    const std::string spider = assimpFile("STL/Spider_binary.stl");
+    if (!exists(screw) || !exists(spider)) GTEST_SKIP() << "sample files are not installed";
+    const std::string dir = scratchDirectory();
+    copyDamaged(occtFile("step/linkrods.step"), dir + "/damaged.step", -1, 20, 1000);
+    copyDamaged(spider, dir + "/cut.stl", 30000);
+    copyDamaged(screw, dir + "/empty.obj", 0);
+    const std::vector<std::string> bad = {dir + "/missing.step", dir + "/damaged.step",
+                                          dir + "/cut.stl", dir + "/empty.obj", dir};
+
+    const Outcome result = run({"--check", screw, bad[0], bad[1], bad[2], bad[3], bad[4], spider});
+    EXPECT_EQ(result.status, 1);
+    ASSERT_EQ(result.errLines.size(), bad.size());
+    for (std::size_t i = 0; i < bad.size(); ++i) {
+        const std::string prefix = "vekload: " + bad[i] + ": ";
+        EXPECT_EQ(result.errLines[i].rfind(prefix, 0), 0u) << result.errLines[i];
+        EXPECT_GT(result.errLines[i].size(), prefix.size()) << "a cause follows the name";
+    }
+    EXPECT_TRUE(contains(result.out, screw + ": STEP")) << result.out;
+    EXPECT_TRUE(contains(result.out, spider + ": STL")) << result.out;
+    EXPECT_FALSE(contains(result.out, "missing.step"));
+}
+
+TEST(CommandLine, WritesOneJsonDocumentWithEveryFile) {
+    const std::string missing = scratchDirectory() + "/missing.igs";
+    const Outcome result = run({"--json", "--check", missing});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out.rfind("{\"files\": [", 0), 0u) << result.out;
+    EXPECT_TRUE(contains(result.out, "\"file\": \"" + missing + "\", \"ok\": false, \"error\": "))
+        << result.out;
+    EXPECT_TRUE(contains(result.out, "]}\n"));
+}
+
+TEST(CommandLine, LoadsTheSampleWithoutFiles) {
+    const Outcome plain = run({"--check"});
+    EXPECT_EQ(plain.status, 0);
+    EXPECT_TRUE(plain.errLines.empty());
+    EXPECT_TRUE(contains(plain.out, "built-in sample")) << plain.out;
+    EXPECT_TRUE(contains(plain.out, "all consistent")) << plain.out;
+
+    const Outcome json = run({"--json", "--check", "--deflection", "0.05"});
+    EXPECT_EQ(json.status, 0);
+    EXPECT_TRUE(contains(json.out, "\"deflection\": 0.05,")) << json.out;
+    EXPECT_TRUE(contains(json.out, "\"problemCount\": 0,")) << json.out;
+    EXPECT_TRUE(contains(json.out, "\"SCSceneTopo.nodes\": 5")) << json.out;
+}
+
+TEST(CommandLine, GivesUpOnAFilePastTheTimeout) {
+    const std::string file = occtFile("step/linkrods.step");
+    if (!exists(file)) GTEST_SKIP() << file << " is not installed";
+    const Outcome result = run({"--timeout", "0.001", file});
+    EXPECT_EQ(result.status, 1);
+    ASSERT_EQ(result.errLines.size(), 1u);
+    EXPECT_TRUE(contains(result.errLines[0], "gave up after 0.001 s")) << result.errLines[0];
+}
+
+TEST(CommandLine, RejectsBadArgumentsWithUsage) {
+    const std::vector<std::vector<std::string>> cases = {{"--deflection"},
+                                                         {"--deflection", "-1"},
+                                                         {"--deflection", "0.1mm"},
+                                                         {"--timeout", "nan"},
+                                                         {"--frobnicate"}};
+    for (const auto& args : cases) {
+        const Outcome result = run(args);
+        EXPECT_EQ(result.status, 2) << args.front();
+        ASSERT_FALSE(result.errLines.empty());
+        EXPECT_TRUE(contains(result.errLines[0], "vekload: ")) << result.errLines[0];
+        EXPECT_TRUE(result.out.empty());
+    }
+    EXPECT_EQ(run({"--help"}).status, 0);
+}
+
+} // namespace
+} // namespace vekload::test
