@@ -140,6 +140,12 @@ void DocumentBuilder::setSource(const std::wstring& path, double tolerance) {
 const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& part) {
     const auto found = bounds.find(&part);
     if (found != bounds.end()) return found->second;
+    Bounds result;
+    if (part.bounds.valid) {
+        result.oriented = part.bounds;
+        result.box = part.bounds.box();
+        return bounds.emplace(&part, result).first->second;
+    }
     std::vector<PointRun> runs;
     if (part.mesh) {
         const auto& mesh = *part.mesh;
@@ -149,7 +155,6 @@ const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& par
     if (part.lines && !part.lines->points.empty())
         runs.push_back({part.lines->points.front().data(), part.lines->points.size(),
                         sizeof(veksg::Point3) / sizeof(float)});
-    Bounds result;
     result.oriented = fittedBox(runs);
     result.box = result.oriented.box();
     // A part with topology but no tessellation still has its vertices.
