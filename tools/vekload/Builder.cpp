@@ -92,7 +92,10 @@ int DocumentBuilder::addNode(const std::wstring& name, int parent, const Matrix&
     node.setName(name.c_str());
     const int key = topo.nodes.insert(node);
     setLink(topo.nodeRefs1, key, parent);
-    if (parent >= 0) topo.nodeLists3.addChild(parent, key);
+    if (parent >= 0) {
+        topo.nodeLists3.addChild(parent, key);
+        scene.hierarchy.addChild(parent, key);
+    }
 
     veksg::Transform transform;
     for (std::size_t i = 0; i < 16; ++i)
@@ -181,7 +184,7 @@ void DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeometry
         scene.meshMaterials.insert(meshKey, material, veksg::MMaterial());
         setLink(scene.links6a, meshKey, node);
         setLink(scene.links6b, meshKey, part->faces.empty() ? -1 : topo.faces.size());
-        scene.hierarchy.addChild(node, meshKey);
+        topo.nodeLists9.addChild(node, meshKey);
     }
     int linesKey = -1;
     if (part->lines && !part->lines->points.empty()) {
