@@ -92,7 +92,10 @@ int DocumentBuilder::addNode(const std::wstring& name, int parent, const Matrix&
     node.setName(name.c_str());
     const int key = topo.nodes.insert(node);
     setLink(topo.nodeRefs1, key, parent);
-    if (parent >= 0) topo.nodeLists3.addChild(parent, key);
+    if (parent >= 0) {
+        topo.nodeLists3.addChild(parent, key);
+        scene.hierarchy.addChild(parent, key);
+    }
 
     veksg::Transform transform;
     for (std::size_t i = 0; i < 16; ++i)
@@ -140,6 +143,12 @@ void DocumentBuilder::setSource(const std::wstring& path, double tolerance) {
 const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& part) {
     const auto found = bounds.find(&part);
     if (found != bounds.end()) return found->second;
+    Bounds result;
+    if (part.bounds.valid) {
+        result.oriented = part.bounds;
+        result.box = part.bounds.box();
+        return bounds.emplace(&part, result).first->second;
+    }
     std::vector<PointRun> runs;
     if (part.mesh) {
         const auto& mesh = *part.mesh;
@@ -149,7 +158,6 @@ const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& par
     if (part.lines && !part.lines->points.empty())
         runs.push_back({part.lines->points.front().data(), part.lines->points.size(),
                         sizeof(veksg::Point3) / sizeof(float)});
-    Bounds result;
     result.oriented = fittedBox(runs);
     result.box = result.oriented.box();
     // A part with topology but no tessellation still has its vertices.
@@ -176,7 +184,7 @@ void DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeometry
         scene.meshMaterials.insert(meshKey, material, veksg::MMaterial());
         setLink(scene.links6a, meshKey, node);
         setLink(scene.links6b, meshKey, part->faces.empty() ? -1 : topo.faces.size());
-        scene.hierarchy.addChild(node, meshKey);
+        topo.nodeLists9.addChild(node, meshKey);
     }
     int linesKey = -1;
     if (part->lines && !part->lines->points.empty()) {

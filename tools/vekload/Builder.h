@@ -48,6 +48,9 @@ struct PartGeometry {
     std::vector<Vec3> vertices;
     std::vector<int> surfaceKinds;
     std::vector<int> curveKinds;
+    /// The part's box in its own coordinates, for readers that know fewer points than the
+    /// mesh repeats; when not valid the builder fits one around the mesh and lines.
+    OrientedBox bounds;
 };
 
 /// Vertices in a mesh, whichever layout holds them.

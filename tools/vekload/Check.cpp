@@ -78,6 +78,23 @@ private:
         });
     }
 
+    // Every record whose link names an owner is listed under that owner.
+    void listedUnder(const char* backTable, const Links& back, const char* table,
+                     const Lists& lists) {
+        for (int child = 0; child < back.size(); ++child) {
+            const int owner = back.getValue(child);
+            if (owner < 0) continue;
+            ++result.references;
+            const bool listed =
+                owner < lists.size() &&
+                std::find(lists.getValue(owner).begin(), lists.getValue(owner).end(), child) !=
+                    lists.getValue(owner).end();
+            if (!listed)
+                problem(at(backTable, child) + " is " + std::to_string(owner) + " but " +
+                        at(table, owner) + " does not list " + std::to_string(child));
+        }
+    }
+
     // Two lists that state one relation from both sides.
     void mutual(const char* forwardTable, const Lists& forward, const char* backTable,
                 const Lists& back) {
@@ -179,7 +196,8 @@ void Checker::relations() {
     lists("SCSceneTopo.lists14", topo.lists14, faces);
     links("SCSceneTopo.refs15a", topo.refs15a, edges, true);
     lists("SCSceneTopo.lists15a", topo.lists15a, edges);
-    lists("SCScene.hierarchy", scene.hierarchy, scene.meshes.size());
+    lists("SCSceneTopo.nodeLists9", topo.nodeLists9, scene.meshes.size());
+    lists("SCScene.hierarchy", scene.hierarchy, nodes);
     links("SCScene.links6a", scene.links6a, nodes, true);
     links("SCScene.links6b", scene.links6b, faces, true);
     links("SCScene.links7", scene.links7, nodes, true);
@@ -193,9 +211,16 @@ void Checker::relations() {
     });
     pointsBack("SCSceneTopo.nodeLists6", topo.nodeLists6, "SCSceneTopo.refs13a", topo.refs13a);
     pointsBack("SCSceneTopo.nodeLists7", topo.nodeLists7, "SCScene.links7", scene.links7);
-    pointsBack("SCScene.hierarchy", scene.hierarchy, "SCScene.links6a", scene.links6a);
+    pointsBack("SCScene.hierarchy", scene.hierarchy, "SCSceneTopo.nodeRefs1", topo.nodeRefs1);
+    pointsBack("SCSceneTopo.nodeLists9", topo.nodeLists9, "SCScene.links6a", scene.links6a);
     pointsBack("SCSceneTopo.lists14", topo.lists14, "SCSceneTopo.faceRefs1", topo.faceRefs1);
     pointsBack("SCSceneTopo.lists15a", topo.lists15a, "SCSceneTopo.edgeRefs1", topo.edgeRefs1);
+    listedUnder("SCSceneTopo.nodeRefs1", topo.nodeRefs1, "SCSceneTopo.nodeLists3", topo.nodeLists3);
+    listedUnder("SCSceneTopo.nodeRefs1", topo.nodeRefs1, "SCScene.hierarchy", scene.hierarchy);
+    listedUnder("SCSceneTopo.faceRefs2", topo.faceRefs2, "SCSceneTopo.nodeLists4", topo.nodeLists4);
+    listedUnder("SCSceneTopo.refs13a", topo.refs13a, "SCSceneTopo.nodeLists6", topo.nodeLists6);
+    listedUnder("SCScene.links6a", scene.links6a, "SCSceneTopo.nodeLists9", topo.nodeLists9);
+    listedUnder("SCScene.links7", scene.links7, "SCSceneTopo.nodeLists7", topo.nodeLists7);
     mutual("SCSceneTopo.faceLists2", topo.faceLists2, "SCSceneTopo.edgeLists3", topo.edgeLists3);
     mutual("SCSceneTopo.edgeLists3", topo.edgeLists3, "SCSceneTopo.faceLists2", topo.faceLists2);
     mutual("SCSceneTopo.edgeLists2", topo.edgeLists2, "SCSceneTopo.lists13", topo.lists13);
@@ -237,8 +262,8 @@ void Checker::primitives() {
         if (!known || p >= topo.faceRefs2.size()) continue;
         const int node = topo.faceRefs2.getValue(p);
         ++result.references;
-        const auto& drawn = node >= 0 && node < scene.hierarchy.size()
-                                ? scene.hierarchy.getValue(node)
+        const auto& drawn = node >= 0 && node < topo.nodeLists9.size()
+                                ? topo.nodeLists9.getValue(node)
                                 : std::vector<int>();
         if (std::find(drawn.begin(), drawn.end(), mesh) == drawn.end())
             problem(at("SCSceneRes.primitivesA", p) + " lies in mesh " + std::to_string(mesh) +

@@ -103,6 +103,10 @@ void copyTriangles(const aiMesh& source, std::vector<Vertex>& out, const aiColor
 
 std::shared_ptr<PartGeometry> toPart(const aiMesh& source) {
     auto part = std::make_shared<PartGeometry>();
+    // Each vertex once, not once per triangle that uses it.
+    static_assert(sizeof(aiVector3D) == 3 * sizeof(float), "Assimp built with float vertices");
+    if (source.mNumVertices > 0)
+        part->bounds = fittedBox({{&source.mVertices[0].x, source.mNumVertices, 3}});
     // Sorted by primitive type, a mesh holds triangles, lines or points, one kind only.
     if (source.mPrimitiveTypes & aiPrimitiveType_TRIANGLE) {
         auto mesh = std::make_shared<veksg::Mesh>();

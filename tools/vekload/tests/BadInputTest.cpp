@@ -64,7 +64,9 @@ const BadFile badFiles[] = {
 };
 
 // Names the case in test listings instead of dumping its bytes.
-void PrintTo(const BadFile& file, std::ostream* out) { *out << file.name; }
+void PrintTo(const BadFile& file, std::ostream* out) {
+    *out << file.name;
+}
 
 class BadFiles : public testing::TestWithParam<BadFile> {};
 

@@ -28,6 +28,10 @@ const Damage damages[] = {
      }},
     {"child_names_another_parent", "nodeRefs1",
      [](Document& d) { d.topo->nodeRefs1.setValue(2, 1); }},
+    {"scene_tree_adopts_a_stranger", "hierarchy",
+     [](Document& d) { d.scene->hierarchy.addChild(1, 3); }},
+    {"scene_tree_loses_a_child", "hierarchy",
+     [](Document& d) { d.scene->hierarchy.removeChild(0, 2, true); }},
     {"primitive_past_its_mesh", "primitivesA",
      [](Document& d) { d.resources->primitivesA.begin()[3].count += 3000000; }},
     {"primitive_splits_a_triangle", "primitivesA",
@@ -46,7 +50,9 @@ const Damage damages[] = {
 };
 
 // Names the case in test listings instead of dumping its bytes.
-void PrintTo(const Damage& file, std::ostream* out) { *out << file.name; }
+void PrintTo(const Damage& file, std::ostream* out) {
+    *out << file.name;
+}
 
 class DamagedDocument : public testing::TestWithParam<Damage> {};
 

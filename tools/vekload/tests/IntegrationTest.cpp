@@ -138,7 +138,9 @@ const RealFile files[] = {
 };
 
 // Names the case in test listings instead of dumping its bytes.
-void PrintTo(const RealFile& file, std::ostream* out) { *out << file.path; }
+void PrintTo(const RealFile& file, std::ostream* out) {
+    *out << file.path;
+}
 
 class RealFiles : public testing::TestWithParam<RealFile> {};
 

@@ -45,6 +45,8 @@ TEST_F(Sample, ProductStructureBecomesNodesUnderOneRoot) {
     ASSERT_EQ(topo.nodes.size(), 5);
     EXPECT_STREQ(topo.nodes.getValue(0).name(), L"flanged bolt assembly");
     EXPECT_EQ(topo.nodeLists3.getValue(0), (std::vector<int>{1, 2, 3, 4}));
+    EXPECT_EQ(doc().scene->hierarchy.getValue(0), (std::vector<int>{1, 2, 3, 4}));
+    EXPECT_EQ(doc().scene->hierarchy.size(), 5) << "a slot for every node, leaves too";
     for (int node = 1; node < 5; ++node) {
         EXPECT_EQ(topo.nodeRefs1.getValue(node), 0);
         EXPECT_TRUE(topo.nodes.getValue(node).flag) << "parts carry geometry";
@@ -61,8 +63,8 @@ TEST_F(Sample, InstancesShareTheirPartsMeshAtTheirOwnPlacement) {
     const int lockNut = nodeNamed(L"lock nut");
     ASSERT_GE(nut, 0);
     ASSERT_GE(lockNut, 0);
-    const int nutMesh = scene.hierarchy.getValue(nut).at(0);
-    const int lockNutMesh = scene.hierarchy.getValue(lockNut).at(0);
+    const int nutMesh = doc().topo->nodeLists9.getValue(nut).at(0);
+    const int lockNutMesh = doc().topo->nodeLists9.getValue(lockNut).at(0);
     EXPECT_NE(nutMesh, lockNutMesh);
     EXPECT_EQ(scene.meshes.getValue(nutMesh), scene.meshes.getValue(lockNutMesh));
     EXPECT_EQ(doc().topo->nodes.getValue(lockNut).ref, nut) << "first node showing the part";
@@ -80,11 +82,11 @@ TEST_F(Sample, InstancesShareTheirPartsMeshAtTheirOwnPlacement) {
 TEST_F(Sample, AFaceColouredApartGivesItsPartPerVertexColours) {
     auto& scene = *doc().scene;
     const int bolt = nodeNamed(L"bolt");
-    const auto& boltMesh = *scene.meshes.getValue(scene.hierarchy.getValue(bolt).at(0));
+    const auto& boltMesh = *scene.meshes.getValue(doc().topo->nodeLists9.getValue(bolt).at(0));
     EXPECT_TRUE(boltMesh.vn.empty());
     ASSERT_FALSE(boltMesh.vnc.empty());
     const auto& washerMesh =
-        *scene.meshes.getValue(scene.hierarchy.getValue(nodeNamed(L"washer")).at(0));
+        *scene.meshes.getValue(doc().topo->nodeLists9.getValue(nodeNamed(L"washer")).at(0));
     EXPECT_TRUE(washerMesh.vnc.empty());
     // The marked face is the one whose triangles are blue; exactly one face is.
     int blueFaces = 0;
