@@ -233,7 +233,7 @@ public:
     virtual void extra() const {}
 
     std::map<const void*, std::unique_ptr<Table>> tables;
-    std::vector<Table*> order; // registration order, for picking a table to fill
+    std::vector<const void*> order; // registration order, for picking a table to fill
 
 protected:
     template <typename V>
@@ -256,7 +256,7 @@ protected:
 
 private:
     void add(const void* key, std::unique_ptr<Table> table) {
-        order.push_back(table.get());
+        order.push_back(key);
         tables[key] = std::move(table);
     }
 };
@@ -524,7 +524,7 @@ void run(FuzzedDataProvider& in, Case& c) {
             resize(in, c);
         } else if (!c.order.empty()) {
             const auto pick = in.ConsumeIntegralInRange<std::size_t>(0, c.order.size() - 1);
-            c.order[pick]->append(in);
+            c.tables[c.order[pick]]->append(in);
         }
         for (const auto& entry : c.tables)
             entry.second->check();

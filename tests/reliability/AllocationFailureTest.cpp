@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -25,11 +26,16 @@ protected:
     }
 };
 
-// Runs `op` with its 1st, 2nd, ... allocation refused until it gets through, calling `after`
-// once each attempt is over; returns how many allocations `op` made. `op` must give back what
-// it allocated when it succeeds too.
-template <typename Op, typename After>
-std::size_t refuseEachAllocation(Op op, After after) {
+struct Attempt {
+    std::size_t refusedAllocation;
+    bool refused;
+    long balance; // allocations minus frees during the attempt
+};
+
+// Runs `op` with its 1st, 2nd, ... allocation refused until it gets through, handing each
+// attempt to `check`; returns how many allocations the successful run made.
+template <typename Op, typename Check>
+std::size_t attemptEach(Op op, Check check) {
     for (std::size_t n = 1; n < 100000; ++n) {
         FailingNew::arm(n);
         bool refused = false;
@@ -38,18 +44,19 @@ std::size_t refuseEachAllocation(Op op, After after) {
         } catch (const std::bad_alloc&) {
             refused = true;
         }
-        const long balance = FailingNew::disarm();
-        EXPECT_EQ(balance, 0) << "with allocation " << n << " refused";
-        after();
+        check(Attempt{n, refused, FailingNew::disarm()});
         if (!refused) return n - 1;
     }
     ADD_FAILURE() << "never got through";
     return 0;
 }
 
+// The same for an `op` that gives back everything it allocates, whether it succeeds or not.
 template <typename Op>
 std::size_t refuseEachAllocation(Op op) {
-    return refuseEachAllocation(op, [] {});
+    return attemptEach(op, [](const Attempt& a) {
+        EXPECT_EQ(a.balance, 0) << "with allocation " << a.refusedAllocation << " refused";
+    });
 }
 
 TEST_F(AllocationFailure, CreateFactory) {
@@ -172,7 +179,8 @@ void copiesGiveBackEverything() {
     C source;
     fill(source);
     SCOPED_TRACE(source.type());
-    refuseEachAllocation([&] { C copy(source); });
+    // The copy itself is under test; nothing else uses it.
+    refuseEachAllocation([&] { C(source).type(); });
     refuseEachAllocation([&] {
         C target;
         fill(target);
@@ -213,13 +221,16 @@ public:
 template <typename C>
 void resizeGivesBackEverything() {
     auto resizer = std::make_shared<NineEverywhere>();
-    const std::size_t needed = refuseEachAllocation(
+    const std::size_t needed = attemptEach(
         [&] {
             C component;
             fill(component);
             component.resize(resizer);
         },
-        [&] { EXPECT_EQ(resizer.use_count(), 1); });
+        [&](const Attempt& a) {
+            EXPECT_EQ(a.balance, 0) << "with allocation " << a.refusedAllocation << " refused";
+            EXPECT_EQ(resizer.use_count(), 1);
+        });
     EXPECT_GT(needed, 0u);
 }
 
@@ -237,7 +248,7 @@ TEST_F(AllocationFailure, ValueConstructionAndCopy) {
     const auto each = [](const auto& make) {
         EXPECT_GT(refuseEachAllocation([&] { make(); }), 0u);
         const auto original = make();
-        refuseEachAllocation([&] { auto copy = original; });
+        refuseEachAllocation([&] { std::decay_t<decltype(original)>(original).key(); });
     };
     const wchar_t* key = L"a key long enough to need its own buffer";
     each([&] { return BoolValue(key, true); });
@@ -263,22 +274,36 @@ TEST_F(AllocationFailure, ContainerGrowthIsAllOrNothing) {
     names.insert(L"first name, long enough to live on the heap");
     names.insert(L"second name, long enough to live on the heap");
     const std::wstring fill = L"the fill, long enough to live on the heap as well";
-    for (std::size_t n = 1;; ++n) {
-        FailingNew::arm(n);
-        bool refused = false;
-        try {
-            names.resizeToFitKey(20, fill);
-        } catch (const std::bad_alloc&) {
-            refused = true;
-        }
-        const long balance = FailingNew::disarm();
-        if (!refused) break;
-        EXPECT_EQ(balance, 0);
-        ASSERT_EQ(names.size(), 2);
-        EXPECT_EQ(names.getValue(1), L"second name, long enough to live on the heap");
-    }
+    attemptEach([&] { names.resizeToFitKey(20, fill); },
+                [&](const Attempt& a) {
+                    if (!a.refused) return;
+                    EXPECT_EQ(a.balance, 0);
+                    ASSERT_EQ(names.size(), 2);
+                    EXPECT_EQ(names.getValue(1), L"second name, long enough to live on the heap");
+                });
     ASSERT_EQ(names.size(), 21);
     EXPECT_EQ(names.getValue(20), fill);
+}
+
+struct Executor : IStateExecutor {
+    void execute(const std::shared_ptr<IState>&) override {}
+};
+
+// A registration that cannot get its entry leaves the registry as it was and gives the
+// executor back.
+TEST_F(AllocationFailure, ExecutorRegistrationIsAllOrNothing) {
+    SCStates states;
+    states.addStateExecutor(1, nullptr);
+    const auto executor = std::make_shared<Executor>();
+    const std::size_t needed = attemptEach([&] { states.addStateExecutor(5, executor); },
+                                           [&](const Attempt& a) {
+                                               if (!a.refused) return;
+                                               EXPECT_EQ(a.balance, 0);
+                                               EXPECT_EQ(states.executors.size(), 1u);
+                                               EXPECT_EQ(executor.use_count(), 1);
+                                           });
+    EXPECT_GT(needed, 0u);
+    EXPECT_EQ(states.getExecutor(5), executor);
 }
 
 } // namespace

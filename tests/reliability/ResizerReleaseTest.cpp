@@ -164,8 +164,8 @@ INSTANTIATE_TEST_SUITE_P(Failures, ResizerRelease,
 TEST(ResizerRelease, ComponentsThatNeverAsk) {
     std::vector<std::shared_ptr<Schema>> components;
     const auto factory = createFactory();
-    for (short code : {4, 5, 6, 7, 8, 10, 11, 13, 28, 29, 32, 35})
-        components.push_back(factory->create(code));
+    for (int code : {4, 5, 6, 7, 8, 10, 11, 13, 28, 29, 32, 35})
+        components.push_back(factory->create(static_cast<short>(code)));
     components.push_back(std::make_shared<SCThicknessAnalysis>());
     components.push_back(std::make_shared<SCDraftAngleAnalysis>());
     components.push_back(std::make_shared<vek2d::SCScene2D>());
