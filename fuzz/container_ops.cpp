@@ -150,7 +150,7 @@ void step(FuzzedDataProvider& in, veksg::Container<int, V>& c, std::vector<V>& m
         break;
     default: {
         auto& self = c;
-        c = self;
+        c = self; // cppcheck-suppress selfAssignment
         break;
     }
     }
@@ -195,6 +195,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // A small pool of shared meshes: each one's owner count must equal one (the pool)
         // plus the number of slots holding it in both models.
         std::vector<std::shared_ptr<veksg::Mesh>> pool;
+        pool.reserve(4);
         for (int i = 0; i < 4; ++i)
             pool.push_back(std::make_shared<veksg::Mesh>());
         const auto make = [&pool](FuzzedDataProvider& p) -> std::shared_ptr<veksg::Mesh> {
