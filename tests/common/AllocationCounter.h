@@ -32,3 +32,8 @@ public:
 };
 
 } // namespace testing_support
+
+// Counting tests skip rather than fail under a tool that replaces operator new.
+#define SKIP_UNLESS_COUNTING_ALLOCATIONS()                                                         \
+    if (!testing_support::CountAllocations::active())                                              \
+    GTEST_SKIP() << "operator new is replaced by a tool; allocations cannot be counted"

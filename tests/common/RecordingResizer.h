@@ -1,7 +1,10 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "veksg/Schema.h"
 
@@ -23,5 +26,15 @@ public:
     std::map<short, int> answers;
     std::vector<short> asked;
 };
+
+// Resizes `component` with a recorder of `answers` and returns the questions it was asked;
+// the component must have let the resizer go by then.
+template <typename Component>
+std::vector<short> resizeAsking(Component& component, std::map<short, int> answers = {}) {
+    auto resizer = std::make_shared<RecordingResizer>(std::move(answers));
+    component.resize(resizer);
+    EXPECT_EQ(resizer.use_count(), 1);
+    return resizer->asked;
+}
 
 } // namespace testing_support

@@ -1,21 +1,18 @@
-#include <map>
-#include <memory>
-#include <vector>
-
 #include <gtest/gtest.h>
 
-#include "common/ComponentChecks.h"
+#include "common/Checks.h"
 #include "common/RecordingResizer.h"
 #include "veksg/veksg.h"
 
 namespace {
 
-using testing_support::RecordingResizer;
+using testing_support::resizeAsking;
+using testing_support::valuesOf;
 using veksg::SCScene;
-using Links = veksg::Container<int, int>;
+using Ints = std::vector<int>;
 
-std::vector<int> valuesOf(const Links& links) {
-    return std::vector<int>(links.begin(), links.end());
+std::vector<veksg::Container<int, int>*> linksBesides8(SCScene& s) {
+    return {&s.links6a, &s.links7, &s.links6b, &s.textLinksA, &s.textLinksB};
 }
 
 // A scene with something in every table.
@@ -36,21 +33,13 @@ SCScene filledScene() {
     scene.transforms.insert(veksg::Transform());
     scene.points.insert(veksg::Point3());
     scene.textures.insert(std::make_shared<veksg::Texture>());
-    scene.links6a.insert(1);
-    scene.links7.insert(2);
-    scene.links8.insert(3);
-    scene.links8.insert(4);
-    scene.links6b.insert(5);
+    for (auto* links : linksBesides8(scene))
+        links->insert(5);
+    scene.links8.resizeToFitKey(1, 3);
     scene.fonts.insert(veksg::Font());
     scene.hierarchy.addChild(0, 7);
     scene.texts.insert(veksg::Text());
-    scene.textLinksA.insert(6);
-    scene.textLinksB.insert(7);
     return scene;
-}
-
-TEST(SCScene, TypeCodeForDefaultsCopiesAndFactory) {
-    testing_support::expectTypeCode<SCScene>(0);
 }
 
 TEST(SCScene, ResizeAsksSixSevenEightAndSizesTheRestFromFontsAndTexts) {
@@ -59,22 +48,16 @@ TEST(SCScene, ResizeAsksSixSevenEightAndSizesTheRestFromFontsAndTexts) {
     scene.texts.resizeToFitKey(1, veksg::Text());
     scene.links6b.insert(1, 8, -1);
     scene.links8.insert(6, 42, -1);
-    auto resizer =
-        std::make_shared<RecordingResizer>(std::map<short, int>{{6, 4}, {7, 1}, {8, 2}, {10, 9}});
-    scene.resize(resizer);
+    EXPECT_EQ(resizeAsking(scene, {{6, 4}, {7, 1}, {8, 2}, {10, 9}}),
+              (std::vector<short>{6, 7, 8}));
 
-    EXPECT_EQ(resizer->asked, (std::vector<short>{6, 7, 8}));
-    EXPECT_EQ(resizer.use_count(), 1);
-    EXPECT_EQ(valuesOf(scene.links6a), std::vector<int>(5, -1));
-    EXPECT_EQ(valuesOf(scene.links6b), (std::vector<int>{-1, 8, -1, -1, -1}));
-    EXPECT_EQ(valuesOf(scene.links7), std::vector<int>(2, -1));
-    EXPECT_EQ(valuesOf(scene.textLinksA), std::vector<int>(2, -1));
-    EXPECT_EQ(valuesOf(scene.textLinksB), std::vector<int>(2, -1));
-    // A smaller answer shrinks nothing.
-    EXPECT_EQ(scene.links8.size(), 7);
-    EXPECT_EQ(scene.links8.getValue(6), 42);
-    ASSERT_EQ(scene.hierarchy.size(), 3);
-    EXPECT_TRUE(scene.hierarchy.getValue(2).empty());
+    EXPECT_EQ(valuesOf(scene.links6a), Ints(5, -1));
+    EXPECT_EQ(valuesOf(scene.links6b), (Ints{-1, 8, -1, -1, -1}));
+    EXPECT_EQ(valuesOf(scene.links7), Ints(2, -1));
+    EXPECT_EQ(valuesOf(scene.textLinksA), Ints(2, -1));
+    EXPECT_EQ(valuesOf(scene.textLinksB), Ints(2, -1));
+    EXPECT_EQ(scene.links8.size(), 7) << "a smaller answer shrinks nothing";
+    EXPECT_EQ(valuesOf(scene.hierarchy), std::vector<Ints>(3));
     EXPECT_EQ(scene.meshes.size(), 0);
 }
 
@@ -82,22 +65,24 @@ TEST(SCScene, NegativeAnswersAndNoFontsOrTextsChangeNothing) {
     SCScene scene = filledScene();
     scene.fonts.clear();
     scene.texts.clear();
-    scene.resize(std::make_shared<RecordingResizer>(std::map<short, int>{{7, -3}}));
-    EXPECT_EQ(valuesOf(scene.links6a), std::vector<int>{1});
-    EXPECT_EQ(valuesOf(scene.links7), std::vector<int>{2});
-    EXPECT_EQ(valuesOf(scene.links8), (std::vector<int>{3, 4}));
-    EXPECT_EQ(valuesOf(scene.links6b), std::vector<int>{5});
+    resizeAsking(scene, {{7, -3}});
+    for (auto* links : linksBesides8(scene))
+        EXPECT_EQ(valuesOf(*links), Ints{5});
+    EXPECT_EQ(valuesOf(scene.links8), (Ints{3, 3}));
     EXPECT_EQ(scene.hierarchy.size(), 1);
-    EXPECT_EQ(valuesOf(scene.textLinksA), std::vector<int>{6});
-    EXPECT_EQ(valuesOf(scene.textLinksB), std::vector<int>{7});
 }
 
-TEST(SCScene, CleanupEmptiesEverythingButLinks8) {
+// Copies share the geometry, so the scene's cleanup empties it for the copy too, while the
+// copy keeps it alive and keeps its own by-value tables.
+TEST(SCScene, CleanupEmptiesEverythingButLinks8AndEmptiesSharedGeometry) {
     SCScene scene = filledScene();
-    scene.meshes.insert(nullptr);
+    const auto mesh = scene.meshes.getValue(0);
+    const auto polyline = scene.polylines.getValue(0);
+    const auto texture = scene.textures.getValue(0);
+    const SCScene copy = scene;
+
     scene.cleanup();
-    EXPECT_EQ(scene.type(), 0);
-    EXPECT_EQ(valuesOf(scene.links8), (std::vector<int>{3, 4}));
+    EXPECT_EQ(valuesOf(scene.links8), (Ints{3, 3}));
     const int sizes[] = {scene.meshes.size(),     scene.meshMaterials.size(),
                          scene.polylines.size(),  scene.polylineMaterials.size(),
                          scene.boxes.size(),      scene.transforms.size(),
@@ -108,28 +93,13 @@ TEST(SCScene, CleanupEmptiesEverythingButLinks8) {
                          scene.textLinksA.size(), scene.textLinksB.size()};
     for (int size : sizes)
         EXPECT_EQ(size, 0);
-}
 
-// Copies share the geometry, so the scene's cleanup empties it for the copy too, while the
-// copy keeps it alive and keeps its own by-value tables.
-TEST(SCScene, CleanupEmptiesSharedGeometryButLeavesItAlive) {
-    SCScene scene = filledScene();
-    const auto mesh = scene.meshes.getValue(0);
-    const auto polyline = scene.polylines.getValue(0);
-    const auto texture = scene.textures.getValue(0);
-    SCScene copy;
-    copy = scene;
-    EXPECT_EQ(copy.type(), 0);
-    EXPECT_EQ(mesh.use_count(), 3);
-
-    scene.cleanup();
-    EXPECT_EQ(mesh.use_count(), 2);
     EXPECT_EQ(copy.meshes.getValue(0), mesh);
+    EXPECT_EQ((std::vector<long>{mesh.use_count(), polyline.use_count(), texture.use_count()}),
+              std::vector<long>(3, 2));
     EXPECT_TRUE(mesh->vn.empty() && mesh->vnc.empty() && mesh->vnt.empty());
     EXPECT_TRUE(polyline->points.empty() && polyline->values.empty());
-    EXPECT_EQ(polyline.use_count(), 2);
-    EXPECT_EQ(texture.use_count(), 2);
-    EXPECT_EQ(copy.hierarchy.getValue(0), std::vector<int>{7});
+    EXPECT_EQ(copy.hierarchy.getValue(0), Ints{7});
 }
 
 } // namespace

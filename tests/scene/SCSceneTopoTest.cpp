@@ -1,17 +1,13 @@
-#include <map>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
-#include "common/ComponentChecks.h"
+#include "common/Checks.h"
 #include "common/RecordingResizer.h"
 #include "veksg/veksg.h"
 
 namespace {
 
-using testing_support::RecordingResizer;
+using testing_support::resizeAsking;
+using testing_support::valuesOf;
 using veksg::SCSceneTopo;
 using Lists = veksg::Container<int, std::vector<int>>;
 using Refs = veksg::Container<int, int>;
@@ -61,119 +57,63 @@ std::vector<RefTable> refsOf(SCSceneTopo& t) {
     };
 }
 
-std::shared_ptr<RecordingResizer> answering(std::map<short, int> answers) {
-    return std::make_shared<RecordingResizer>(std::move(answers));
-}
-
-// Gives every relation list one parent holding a repeated child.
+// Gives every relation list two parents, the second holding a repeated child.
 void addRepeatedChildren(SCSceneTopo& topo) {
     for (const ListTable& l : listsOf(topo))
-        l.table->insert(std::vector<int>{5, 7, 5});
-}
-
-TEST(SCSceneTopo, DefaultsTypeCodeAndFactory) {
-    const SCSceneTopo topo;
-    EXPECT_EQ(topo.topoKey, -1);
-    EXPECT_EQ(topo.topoCount, 0);
-    EXPECT_TRUE(topo.namesByKey.empty());
-    testing_support::expectTypeCode<SCSceneTopo>(12);
+        l.table->insert(1, {5, 7, 5}, {});
 }
 
 TEST(SCSceneTopo, EachAnswerGrowsExactlyItsOwnGroup) {
     for (short code : queryOrder) {
         SCOPED_TRACE(code);
         SCSceneTopo topo;
-        auto resizer = answering({{code, 3}});
-        topo.resize(resizer);
-        EXPECT_EQ(resizer->asked, queryOrder);
-        EXPECT_EQ(resizer.use_count(), 1);
-
-        for (const ListTable& l : listsOf(topo)) {
-            EXPECT_EQ(l.table->size(), l.keySpace == code ? 4 : 0) << l.name;
-            for (const auto& list : *l.table)
-                EXPECT_TRUE(list.empty()) << l.name;
-        }
-        for (const RefTable& r : refsOf(topo)) {
-            EXPECT_EQ(r.table->size(), r.keySpace == code ? 4 : 0) << r.name;
-            for (int value : *r.table)
-                EXPECT_EQ(value, -1) << r.name;
-        }
-        EXPECT_EQ(topo.nodeFlags.size(), code == 10 ? 4 : 0);
-        for (char flag : topo.nodeFlags)
-            EXPECT_EQ(flag, 1);
-        const int entities[] = {topo.nodes.size(), topo.faces.size(),  topo.surfaces.size(),
-                                topo.edges.size(), topo.curves.size(), topo.vertices.size()};
-        for (int size : entities)
-            EXPECT_EQ(size, 0);
+        EXPECT_EQ(resizeAsking(topo, {{code, 3}}), queryOrder);
+        const int grown = 4;
+        for (const ListTable& l : listsOf(topo))
+            EXPECT_EQ(valuesOf(*l.table),
+                      std::vector<std::vector<int>>(l.keySpace == code ? grown : 0))
+                << l.name;
+        for (const RefTable& r : refsOf(topo))
+            EXPECT_EQ(valuesOf(*r.table), std::vector<int>(r.keySpace == code ? grown : 0, -1))
+                << r.name;
+        EXPECT_EQ(valuesOf(topo.nodeFlags), std::vector<char>(code == 10 ? grown : 0, 1));
     }
 }
 
-TEST(SCSceneTopo, HierarchiesDropRepeatsAndTheSixPlainListsKeepThem) {
+// Answers below the current sizes shrink nothing, yet every hierarchy still drops repeats.
+TEST(SCSceneTopo, HierarchiesDropRepeatsEvenWithoutGrowingAndThePlainListsKeepThem) {
     SCSceneTopo topo;
     addRepeatedChildren(topo);
-    topo.resize(answering({{10, 0}, {11, 0}, {12, 0}, {13, 0}, {14, 0}, {15, 0}}));
-    for (const ListTable& l : listsOf(topo)) {
-        ASSERT_EQ(l.table->size(), 1) << l.name;
-        const auto expected = l.keepsRepeats ? std::vector<int>{5, 7, 5} : std::vector<int>{5, 7};
-        EXPECT_EQ(l.table->getValue(0), expected) << l.name;
-    }
-}
-
-TEST(SCSceneTopo, SmallerAnswerShrinksNothingButStillDedupes) {
-    SCSceneTopo topo;
-    topo.nodeLists3.addChild(0, {5, 5, 7});
-    topo.nodeLists3.addChild(4, {2, 1});
-    topo.nodeLists1.insert(std::vector<int>{5, 5});
     topo.nodeRefs2.insert(5, 8, -1);
     topo.nodeFlags.insert(char{0});
-    topo.resize(answering({{10, 1}}));
-    EXPECT_EQ(topo.nodeLists3.size(), 5);
-    EXPECT_EQ(topo.nodeLists3.getValue(0), (std::vector<int>{5, 7}));
-    EXPECT_EQ(topo.nodeLists3.getValue(4), (std::vector<int>{1, 2}));
-    EXPECT_EQ(topo.nodeLists1.getValue(0), (std::vector<int>{5, 5}));
-    EXPECT_EQ(topo.nodeRefs2.size(), 6);
-    EXPECT_EQ(topo.nodeRefs2.getValue(5), 8);
+    resizeAsking(topo, {{10, 1}, {11, 0}, {12, 0}, {13, 0}, {14, 0}, {15, 0}});
+    for (const ListTable& l : listsOf(topo)) {
+        const auto kept = l.keepsRepeats ? std::vector<int>{5, 7, 5} : std::vector<int>{5, 7};
+        EXPECT_EQ(valuesOf(*l.table), (std::vector<std::vector<int>>{{}, kept})) << l.name;
+    }
+    EXPECT_EQ(valuesOf(topo.nodeRefs2), (std::vector<int>{-1, -1, -1, -1, -1, 8}));
     EXPECT_EQ(topo.nodeRefs1.size(), 2);
     // The existing flag is kept; only the added node starts set.
-    EXPECT_EQ(topo.nodeFlags.getValue(0), 0);
-    EXPECT_EQ(topo.nodeFlags.getValue(1), 1);
+    EXPECT_EQ(valuesOf(topo.nodeFlags), (std::vector<char>{0, 1}));
 }
 
-// A negative answer skips its whole group, dedupe included: -1 everywhere changes nothing.
-TEST(SCSceneTopo, NegativeAnswersChangeNothing) {
+// A negative answer skips its whole group, dedupe included; cleanup touches nothing at all.
+TEST(SCSceneTopo, NegativeAnswersAndCleanupChangeNothing) {
     SCSceneTopo topo;
     addRepeatedChildren(topo);
     for (const RefTable& r : refsOf(topo))
         r.table->insert(4);
-    topo.nodeFlags.insert(char{0});
-    auto resizer = answering({{10, -1}, {11, -2}});
-    topo.resize(resizer);
-    EXPECT_EQ(resizer->asked, queryOrder);
-    for (const ListTable& l : listsOf(topo))
-        EXPECT_EQ(l.table->getValue(0), (std::vector<int>{5, 7, 5})) << l.name;
-    for (const RefTable& r : refsOf(topo))
-        EXPECT_EQ(std::vector<int>(r.table->begin(), r.table->end()), std::vector<int>{4})
-            << r.name;
-    EXPECT_EQ(topo.nodeFlags.size(), 1);
-}
-
-TEST(SCSceneTopo, CopiesAreDeepAndCleanupKeepsEverything) {
-    SCSceneTopo topo;
-    topo.nodeLists4.addChild(1, 3);
     topo.namesByKey[2] = L"fillet";
-    topo.topoKey = 7;
-    SCSceneTopo assigned;
-    assigned = topo;
-    topo.namesByKey[2] = L"chamfer";
-    topo.nodeLists4.addChild(1, 4);
-    EXPECT_EQ(assigned.namesByKey.at(2), L"fillet");
-    EXPECT_EQ(assigned.nodeLists4.getValue(1), std::vector<int>{3});
-    EXPECT_EQ(assigned.topoKey, 7);
-
+    EXPECT_EQ(topo.topoKey, -1);
+    EXPECT_EQ(topo.topoCount, 0);
+    EXPECT_EQ(resizeAsking(topo, {{10, -1}, {11, -2}}), queryOrder);
     topo.cleanup();
-    EXPECT_EQ(topo.nodeLists4.getValue(1), (std::vector<int>{3, 4}));
-    EXPECT_EQ(topo.namesByKey.at(2), L"chamfer");
-    EXPECT_EQ(topo.topoKey, 7);
+    for (const ListTable& l : listsOf(topo))
+        EXPECT_EQ(l.table->getValue(1), (std::vector<int>{5, 7, 5})) << l.name;
+    for (const RefTable& r : refsOf(topo))
+        EXPECT_EQ(valuesOf(*r.table), std::vector<int>{4}) << r.name;
+    EXPECT_EQ(topo.nodeFlags.size(), 0);
+    EXPECT_EQ(topo.namesByKey.at(2), L"fillet");
 }
 
 } // namespace
