@@ -227,8 +227,8 @@ public:
     virtual ~Case() = default;
     virtual Schema& component() = 0;
     virtual void rule(Model& m) = 0;
-    /// Whether resizer answers may be too large to grow to.
-    virtual bool bounded() const { return true; }
+    /// Whether the script may answer a key too large for any table to grow to.
+    virtual bool mayAnswerTooLarge() const { return true; }
     /// Checks of what no table mirrors.
     virtual void extra() const {}
 
@@ -384,7 +384,7 @@ public:
         m.follow(m.ask(16), sets[1]);
     }
     // A set of 2^31 bits is a real allocation, not a length error.
-    bool bounded() const override { return false; }
+    bool mayAnswerTooLarge() const override { return false; }
 
 private:
     SCSceneRT rt;
@@ -461,7 +461,7 @@ private:
     std::shared_ptr<StateTypeContainer> types = states.typeStates;
 };
 
-std::vector<Answer> script(FuzzedDataProvider& in, bool bounded) {
+std::vector<Answer> script(FuzzedDataProvider& in, bool tooLarge) {
     std::vector<Answer> answers(in.ConsumeIntegralInRange<std::size_t>(0, 9));
     for (Answer& a : answers) {
         switch (in.ConsumeIntegralInRange<int>(0, 9)) {
@@ -475,7 +475,7 @@ std::vector<Answer> script(FuzzedDataProvider& in, bool bounded) {
             a.refuse = true;
             break;
         case 3:
-            a.value = bounded ? INT_MAX : -1;
+            a.value = tooLarge ? INT_MAX : -1;
             break;
         default:
             a.value = in.ConsumeIntegralInRange<int>(0, 40);
@@ -488,7 +488,7 @@ std::vector<Answer> script(FuzzedDataProvider& in, bool bounded) {
 enum class Outcome { done, refused, tooLong };
 
 void resize(FuzzedDataProvider& in, Case& c) {
-    const std::vector<Answer> answers = script(in, c.bounded());
+    const std::vector<Answer> answers = script(in, c.mayAnswerTooLarge());
 
     Model model(answers, c.tables);
     Outcome expected = Outcome::done;
