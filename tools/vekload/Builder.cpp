@@ -315,6 +315,9 @@ void DocumentBuilder::complete() {
         parts += count > 0 ? 1 : 0;
     topo.topoCount = parts;
     doc.layerSetting->layer = doc.layers.size();
+    // Resizing starts new edge bits cleared; a viewer that draws a model's edges turns them
+    // on as it loads it. One bit per edge is the size resizing keeps.
+    doc.runtime->visibility.sets[3].assign(static_cast<std::size_t>(topo.edges.size()), true);
 }
 
 } // namespace vekload
