@@ -63,8 +63,8 @@ const char* usage() {
            "  --view K        orientation of the picture: 0 isometric (default), 1 front,\n"
            "                  2 top, 3 right, 4 back, 5 bottom, 6 left\n"
            "  --size WxH      size of the picture in pixels (default 256x256)\n"
-           "Exit status: 0 all loaded (and consistent), 1 a file failed to load,\n"
-           "2 bad arguments, 3 a check found problems.\n";
+           "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
+           "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }
 
 Options parseOptions(int argc, const char* const* argv) {
