@@ -154,6 +154,7 @@ const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& par
         const auto& mesh = *part.mesh;
         runs.push_back({mesh.vn.empty() ? nullptr : mesh.vn.front().vertex, mesh.vn.size(), 6});
         runs.push_back({mesh.vnc.empty() ? nullptr : mesh.vnc.front().vertex, mesh.vnc.size(), 10});
+        runs.push_back({mesh.vnt.empty() ? nullptr : mesh.vnt.front().vertex, mesh.vnt.size(), 8});
     }
     if (part.lines && !part.lines->points.empty())
         runs.push_back({part.lines->points.front().data(), part.lines->points.size(),
@@ -173,7 +174,9 @@ void DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeometry
                               const veksg::MMaterial& material) {
     auto& scene = *doc.scene;
     auto& topo = *doc.topo;
-    const auto first = firstNodeOf.emplace(part.get(), node).first->second;
+    const auto [known, added] = firstNodeOf.emplace(part.get(), node);
+    if (added) keptParts.push_back(part);
+    const int first = known->second;
     auto& record = topo.nodes.begin()[node];
     record.flag = true;
     if (record.ref < 0) record.ref = first;
@@ -312,6 +315,9 @@ void DocumentBuilder::complete() {
         parts += count > 0 ? 1 : 0;
     topo.topoCount = parts;
     doc.layerSetting->layer = doc.layers.size();
+    // Resizing starts new edge bits cleared; a viewer that draws a model's edges turns them
+    // on as it loads it. One bit per edge is the size resizing keeps.
+    doc.runtime->visibility.sets[3].assign(static_cast<std::size_t>(topo.edges.size()), true);
 }
 
 } // namespace vekload

@@ -92,6 +92,9 @@ private:
     std::vector<Matrix> worlds;
     std::vector<Box3> nodeBoxes;
     std::vector<int> partsOfNode;
+    // Every part added, kept alive: their addresses key the two maps below, and a part freed
+    // by its reader must not lend its address to the next one.
+    std::vector<std::shared_ptr<const PartGeometry>> keptParts;
     std::unordered_map<const PartGeometry*, Bounds> bounds;
     std::unordered_map<const PartGeometry*, int> firstNodeOf;
     std::map<std::wstring, int> layerKeys;

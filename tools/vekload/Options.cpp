@@ -1,8 +1,11 @@
 #include "Options.h"
 
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+
+#include "Png.h"
 
 namespace vekload {
 
@@ -14,11 +17,39 @@ double positiveNumber(const char* option, const char* text) {
         throw std::invalid_argument(std::string(option) + " needs a positive number");
     return value;
 }
+
+// A whole decimal number from `low` to `high`; `rest` receives what follows it.
+bool wholeNumber(const char* text, long low, long high, int& value, const char** rest) {
+    if (!text || *text < '0' || *text > '9') return false;
+    char* end = nullptr;
+    errno = 0;
+    const long number = std::strtol(text, &end, 10);
+    if (errno != 0 || number < low || number > high) return false;
+    value = static_cast<int>(number);
+    *rest = end;
+    return true;
+}
+
+int viewKey(const char* text) {
+    int key = 0;
+    const char* rest = nullptr;
+    if (!wholeNumber(text, 0, 6, key, &rest) || *rest != '\0')
+        throw std::invalid_argument("--view needs a preset from 0 to 6");
+    return key;
+}
+
+void pictureSize(const char* text, int& width, int& height) {
+    constexpr long largest = 8192;
+    const char* rest = nullptr;
+    if (!wholeNumber(text, 1, largest, width, &rest) || *rest != 'x' ||
+        !wholeNumber(rest + 1, 1, largest, height, &rest) || *rest != '\0')
+        throw std::invalid_argument("--size needs WIDTHxHEIGHT, each from 1 to 8192 pixels");
+}
 } // namespace
 
 const char* usage() {
-    return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation] "
-           "[FILE...]\n"
+    return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation]\n"
+           "               [--png OUT [--view K] [--size WxH]] [FILE...]\n"
            "Loads CAD files (STEP, IGES, BREP) and mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
            "3DS, DAE and the other formats Assimp reads) into the veksg data model and\n"
            "summarises each. Without FILE it loads a built-in sample assembly.\n"
@@ -28,13 +59,18 @@ const char* usage() {
            "                  (default: a thousandth of the model's diagonal)\n"
            "  --timeout S     give up on a file after S seconds (default 300)\n"
            "  --no-isolation  load in this process instead of one child process per file\n"
-           "Exit status: 0 all loaded (and consistent), 1 a file failed to load,\n"
-           "2 bad arguments, 3 a check found problems.\n";
+           "  --png OUT       also draw the model into the PNG file OUT (one FILE at most)\n"
+           "  --view K        orientation of the picture: 0 isometric (default), 1 front,\n"
+           "                  2 top, 3 right, 4 back, 5 bottom, 6 left\n"
+           "  --size WxH      size of the picture in pixels (default 256x256)\n"
+           "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
+           "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }
 
 Options parseOptions(int argc, const char* const* argv) {
     Options options;
     bool filesOnly = false;
+    bool pictureOption = false;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
         if (filesOnly || arg[0] != '-' || std::strcmp(arg, "-") == 0) {
@@ -53,10 +89,26 @@ Options parseOptions(int argc, const char* const* argv) {
             options.deflection = positiveNumber(arg, i + 1 < argc ? argv[++i] : nullptr);
         } else if (std::strcmp(arg, "--timeout") == 0) {
             options.timeout = positiveNumber(arg, i + 1 < argc ? argv[++i] : nullptr);
+        } else if (std::strcmp(arg, "--png") == 0) {
+            const char* path = i + 1 < argc ? argv[++i] : nullptr;
+            if (!path || *path == '\0') throw std::invalid_argument("--png needs a file name");
+            options.png = path;
+        } else if (std::strcmp(arg, "--view") == 0) {
+            options.view = viewKey(i + 1 < argc ? argv[++i] : nullptr);
+            pictureOption = true;
+        } else if (std::strcmp(arg, "--size") == 0) {
+            pictureSize(i + 1 < argc ? argv[++i] : nullptr, options.width, options.height);
+            pictureOption = true;
         } else {
             throw std::invalid_argument(std::string("unknown option ") + arg);
         }
     }
+    if (options.png.empty() && pictureOption)
+        throw std::invalid_argument("--view and --size only go with --png");
+    if (!options.png.empty() && !pngSupported())
+        throw std::invalid_argument("--png: this vekload was built without libpng");
+    if (options.files.size() > 1 && !options.png.empty())
+        throw std::invalid_argument("--png draws one model: give at most one FILE");
     return options;
 }
 

@@ -15,6 +15,12 @@ struct Options {
     /// Each file is loaded in a child process unless this is off.
     bool isolate = true;
     bool help = false;
+    /// Where to write a picture of the model; empty for none.
+    std::string png;
+    /// Orientation preset of the picture, a key of `SCView::orientations`.
+    int view = 0;
+    int width = 256;
+    int height = 256;
     std::vector<std::string> files;
 };
 

@@ -1,6 +1,7 @@
 // vekload: loads CAD and mesh files into the veksg data model, as a viewer would, and
 // reports what each load made of them.
 #include <cstdio>
+#include <exception>
 #include <functional>
 #include <iostream>
 #include <string>
@@ -10,20 +11,33 @@
 #include "Isolation.h"
 #include "Loader.h"
 #include "Options.h"
+#include "Png.h"
 #include "Progress.h"
+#include "Render.h"
 #include "Report.h"
 
 namespace {
 constexpr const char* sampleName = "flanged-bolt (built-in sample)";
 
+void drawPicture(const vekload::Document& document, const vekload::Options& options) {
+    vekload::RenderOptions picture;
+    picture.width = options.width;
+    picture.height = options.height;
+    picture.view = options.view;
+    vekload::writePng(options.png, vekload::render(document, picture));
+}
+
+// A picture that cannot be written fails its file like a load does.
 vekload::FileReport loadAndDescribe(const std::string& label,
-                                    const std::function<vekload::LoadResult()>& load, bool check) {
+                                    const std::function<vekload::LoadResult()>& load,
+                                    const vekload::Options& options) {
     try {
         const vekload::LoadResult result = load();
-        if (!check) return vekload::describe(label, result, nullptr);
+        if (!options.png.empty()) drawPicture(*result.document, options);
+        if (!options.check) return vekload::describe(label, result, nullptr);
         const vekload::CheckResult consistency = vekload::checkDocument(*result.document);
         return vekload::describe(label, result, &consistency);
-    } catch (const vekload::LoadError& error) {
+    } catch (const std::exception& error) {
         vekload::FileReport report;
         report.file = label;
         report.error = error.what();
@@ -60,9 +74,7 @@ int main(int argc, char** argv) {
     bool loadFailed = false;
     bool checkFailed = false;
     for (const auto& [label, job] : jobs) {
-        auto work = [&, label = label, job = job] {
-            return loadAndDescribe(label, job, options.check);
-        };
+        auto work = [&, label = label, job = job] { return loadAndDescribe(label, job, options); };
         vekload::FileReport report =
             options.isolate ? vekload::runIsolated(label, work, options.timeout) : work();
         if (!report.ok) {

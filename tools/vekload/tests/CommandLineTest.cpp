@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Png.h"
 #include "TestFiles.h"
 
 namespace vekload::test {
@@ -106,11 +107,21 @@ TEST(CommandLine, GivesUpOnAFilePastTheTimeout) {
 }
 
 TEST(CommandLine, RejectsBadArgumentsWithUsage) {
-    const std::vector<std::vector<std::string>> cases = {{"--deflection"},
-                                                         {"--deflection", "-1"},
-                                                         {"--deflection", "0.1mm"},
-                                                         {"--timeout", "nan"},
-                                                         {"--frobnicate"}};
+    const std::vector<std::vector<std::string>> cases = {
+        {"--deflection"},
+        {"--deflection", "-1"},
+        {"--deflection", "0.1mm"},
+        {"--timeout", "nan"},
+        {"--frobnicate"},
+        {"--png"},
+        {"--png", "a.png", "--view", "7"},
+        {"--png", "a.png", "--view", "-1"},
+        {"--png", "a.png", "--view", "1.5"},
+        {"--png", "a.png", "--size", "0x10"},
+        {"--png", "a.png", "--size", "640"},
+        {"--png", "a.png", "--size", "64x48x2"},
+        {"--view", "2"},
+        {"--png", "a.png", "one.step", "two.step"}};
     for (const auto& args : cases) {
         const Outcome result = run(args);
         EXPECT_EQ(result.status, 2) << args.front();
@@ -119,6 +130,30 @@ TEST(CommandLine, RejectsBadArgumentsWithUsage) {
         EXPECT_TRUE(result.out.empty());
     }
     EXPECT_EQ(run({"--help"}).status, 0);
+}
+
+TEST(CommandLine, DrawsTheModelIntoAPng) {
+    if (!pngSupported()) GTEST_SKIP() << "built without libpng";
+    const std::string png = scratchDirectory() + "/sample.png";
+    const Outcome result = run({"--png", png, "--view", "3", "--size", "64x48"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(result.errLines.empty());
+    EXPECT_TRUE(contains(result.out, "built-in sample")) << "the summary still comes";
+    const Image picture = readPng(png);
+    ASSERT_EQ(picture.width, 64);
+    ASSERT_EQ(picture.height, 48);
+    long covered = 0;
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            covered += picture.covered(x, y) ? 1 : 0;
+    EXPECT_GT(covered, 64 * 48 / 10);
+
+    // A picture that cannot be written fails its file.
+    const std::string nowhere = scratchDirectory() + "/missing/sample.png";
+    const Outcome failed = run({"--png", nowhere});
+    EXPECT_EQ(failed.status, 1);
+    ASSERT_EQ(failed.errLines.size(), 1u);
+    EXPECT_TRUE(contains(failed.errLines[0], nowhere)) << failed.errLines[0];
 }
 
 } // namespace

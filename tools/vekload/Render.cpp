@@ -1,0 +1,407 @@
+#include "Render.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+#include "Bounds.h"
+#include "Builder.h"
+
+namespace vekload {
+
+namespace {
+using Color = std::array<double, 3>;
+
+// Parts without a material of their own, and edges without one.
+constexpr Color defaultFace{0.7, 0.7, 0.7};
+constexpr Color defaultEdge{0.1, 0.1, 0.1};
+// Light fixed to the viewer, from the upper left, so that every orientation is lit alike:
+// (-3, 4, 6) normalised.
+constexpr Vec3 light{-0.3841106397986879, 0.5121475197315839, 0.7682212795973759};
+constexpr double ambient = 0.3;
+// How far in front of the faces, in pixels of depth, edges still count as visible: enough
+// to win over the facets of their own faces, too little to show through a wall.
+constexpr double edgeBias = 2.5;
+
+double dot(const Vec3& a, const Vec3& b) {
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+Vec3 cross(const Vec3& a, const Vec3& b) {
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
+Vec3 difference(const Vec3& a, const Vec3& b) {
+    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+
+// Zero stays zero, so that a missing normal can be told apart.
+Vec3 normalized(const Vec3& v) {
+    const double length = std::sqrt(dot(v, v));
+    if (!(length > 1e-30)) return {0, 0, 0};
+    return {v[0] / length, v[1] / length, v[2] / length};
+}
+
+Vec3 toVec(const float* p) {
+    return {p[0], p[1], p[2]};
+}
+
+Matrix toMatrix(const vekmath::Tuple<float, 16>& elements) {
+    Matrix out;
+    for (std::size_t i = 0; i < 16; ++i)
+        out.m[i] = elements[static_cast<int>(i)];
+    return out;
+}
+
+// The cofactors of the linear part carry normals along under any invertible placement,
+// sheared and scaled ones too; the sign they may flip does not matter to two-sided light.
+Matrix cofactors(const Matrix& place) {
+    const Vec3 x{place.m[0], place.m[1], place.m[2]};
+    const Vec3 y{place.m[4], place.m[5], place.m[6]};
+    const Vec3 z{place.m[8], place.m[9], place.m[10]};
+    Matrix out;
+    const Vec3 columns[3] = {cross(y, z), cross(z, x), cross(x, y)};
+    for (std::size_t c = 0; c < 3; ++c)
+        for (std::size_t r = 0; r < 3; ++r)
+            out.m[c * 4 + r] = columns[c][r];
+    return out;
+}
+
+bool isSet(const std::vector<bool>& bits, int key) {
+    return key >= 0 && static_cast<std::size_t>(key) < bits.size() &&
+           bits[static_cast<std::size_t>(key)];
+}
+
+template <typename V>
+bool has(const veksg::Container<int, V>& table, int key) {
+    return key >= 0 && key < table.size();
+}
+
+int linkOf(const veksg::Container<int, int>& links, int key) {
+    return has(links, key) ? links.getValue(key) : -1;
+}
+
+std::uint8_t toByte(double channel) {
+    return static_cast<std::uint8_t>(std::clamp(channel, 0.0, 1.0) * 255.0 + 0.5);
+}
+
+struct ScreenPoint {
+    double x = 0;
+    double y = 0;
+    /// Grows towards the viewer.
+    double z = 0;
+    Color color{};
+};
+
+bool finite(const ScreenPoint& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
+
+// Colour and depth buffers with the two drawing steps.
+class Canvas {
+public:
+    Canvas(int width, int height)
+        : image(width, height),
+          depth(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                -std::numeric_limits<double>::infinity()) {}
+
+    // Samples pixel centres; corners interpolate colour and depth linearly, which is exact
+    // for an orthographic projection.
+    void triangle(const ScreenPoint& a, const ScreenPoint& b, const ScreenPoint& c) {
+        if (!finite(a) || !finite(b) || !finite(c)) return;
+        const double area = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+        if (!(std::fabs(area) > 1e-12)) return;
+        const int x0 = clampX(std::min({a.x, b.x, c.x}));
+        const int x1 = clampX(std::max({a.x, b.x, c.x}));
+        const int y0 = clampY(std::min({a.y, b.y, c.y}));
+        const int y1 = clampY(std::max({a.y, b.y, c.y}));
+        for (int y = y0; y <= y1; ++y) {
+            const double py = y + 0.5;
+            for (int x = x0; x <= x1; ++x) {
+                const double px = x + 0.5;
+                const double wa = ((b.x - px) * (c.y - py) - (b.y - py) * (c.x - px)) / area;
+                const double wb = ((c.x - px) * (a.y - py) - (c.y - py) * (a.x - px)) / area;
+                const double wc = 1.0 - wa - wb;
+                if (wa < 0 || wb < 0 || wc < 0) continue;
+                Color color;
+                for (std::size_t i = 0; i < 3; ++i)
+                    color[i] = wa * a.color[i] + wb * b.color[i] + wc * c.color[i];
+                plot(x, y, wa * a.z + wb * b.z + wc * c.z, color);
+            }
+        }
+    }
+
+    // One pixel per step along the longer axis; `bias` moves the line towards the viewer.
+    void line(const ScreenPoint& a, const ScreenPoint& b, double bias) {
+        if (!finite(a) || !finite(b)) return;
+        const double dx = b.x - a.x;
+        const double dy = b.y - a.y;
+        const double longest = std::max(std::fabs(dx), std::fabs(dy));
+        // Fitted geometry stays within the picture; the cap only guards against nonsense.
+        const int steps = static_cast<int>(std::ceil(std::min(longest, 65536.0)));
+        for (int i = 0; i <= steps; ++i) {
+            const double t = steps > 0 ? static_cast<double>(i) / steps : 0.0;
+            const double x = std::floor(a.x + t * dx);
+            const double y = std::floor(a.y + t * dy);
+            if (x < 0 || y < 0 || x >= image.width || y >= image.height) continue;
+            plot(static_cast<int>(x), static_cast<int>(y), a.z + t * (b.z - a.z) + bias, a.color);
+        }
+    }
+
+    Image image;
+
+private:
+    int clampX(double x) const { return static_cast<int>(std::clamp(x, 0.0, image.width - 1.0)); }
+    int clampY(double y) const { return static_cast<int>(std::clamp(y, 0.0, image.height - 1.0)); }
+
+    void plot(int x, int y, double z, const Color& color) {
+        const std::size_t index =
+            static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width) +
+            static_cast<std::size_t>(x);
+        if (!(z > depth[index])) return;
+        depth[index] = z;
+        std::uint8_t* pixel = &image.rgba[index * 4];
+        for (std::size_t i = 0; i < 3; ++i)
+            pixel[i] = toByte(color[i]);
+        pixel[3] = 255;
+    }
+
+    std::vector<double> depth;
+};
+
+// Reads the components and feeds the canvas.
+class Painter {
+public:
+    Painter(const Document& document, const Matrix& view, const RenderOptions& options)
+        : scene(*document.scene), resources(*document.resources),
+          bits(document.runtime->visibility.sets), view(view),
+          canvas(options.width, options.height) {
+        findShownNodes();
+        framed = fit(options);
+    }
+
+    Image paint() {
+        if (framed) {
+            meshes();
+            edges();
+        }
+        return std::move(canvas.image);
+    }
+
+private:
+    void findShownNodes() {
+        const int count = std::max(scene.hierarchy.size(), scene.transforms.size());
+        std::vector<bool> isChild(static_cast<std::size_t>(count));
+        for (int parent = 0; parent < scene.hierarchy.size(); ++parent)
+            for (const int child : scene.hierarchy.getValue(parent))
+                if (child >= 0 && child < count) isChild[static_cast<std::size_t>(child)] = true;
+        shown.assign(static_cast<std::size_t>(count), false);
+        std::vector<int> open;
+        for (int node = 0; node < count; ++node) {
+            if (isChild[static_cast<std::size_t>(node)]) continue;
+            roots.push_back(node);
+            if (isSet(bits[0], node)) open.push_back(node);
+        }
+        for (const int node : open)
+            shown[static_cast<std::size_t>(node)] = true;
+        while (!open.empty()) {
+            const int parent = open.back();
+            open.pop_back();
+            if (!has(scene.hierarchy, parent)) continue;
+            for (const int child : scene.hierarchy.getValue(parent)) {
+                if (child < 0 || child >= count || shown[static_cast<std::size_t>(child)] ||
+                    !isSet(bits[0], child))
+                    continue;
+                shown[static_cast<std::size_t>(child)] = true;
+                open.push_back(child);
+            }
+        }
+    }
+
+    bool isShown(int node) const {
+        return node >= 0 && static_cast<std::size_t>(node) < shown.size() &&
+               shown[static_cast<std::size_t>(node)];
+    }
+
+    // Scale and centre from the projected corners of the roots' boxes; false without a box.
+    bool fit(const RenderOptions& options) {
+        double low[2] = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+        double high[2] = {std::numeric_limits<double>::lowest(),
+                          std::numeric_limits<double>::lowest()};
+        bool any = false;
+        for (const int root : roots) {
+            if (!has(scene.boxes, root) || !scene.boxes.getValue(root).valid) continue;
+            const veksg::BBox& box = scene.boxes.getValue(root);
+            for (int corner = 0; corner < 8; ++corner) {
+                const Vec3 p = view.point({corner & 1 ? box.max[0] : box.min[0],
+                                           corner & 2 ? box.max[1] : box.min[1],
+                                           corner & 4 ? box.max[2] : box.min[2]});
+                for (std::size_t i = 0; i < 2; ++i) {
+                    low[i] = std::min(low[i], p[i]);
+                    high[i] = std::max(high[i], p[i]);
+                }
+            }
+            any = true;
+        }
+        if (!any) return false;
+        const int margin = frameMargin(options.width, options.height);
+        const double room[2] = {std::max(1.0, options.width - 2.0 * margin),
+                                std::max(1.0, options.height - 2.0 * margin)};
+        // A flat model is fitted by its other direction; a point by any scale.
+        const double largest = std::max({high[0] - low[0], high[1] - low[1], 1e-30});
+        scale = std::min(room[0] / std::max(high[0] - low[0], largest * 1e-6),
+                         room[1] / std::max(high[1] - low[1], largest * 1e-6));
+        centre = {(low[0] + high[0]) / 2, (low[1] + high[1]) / 2};
+        halfSize = {options.width / 2.0, options.height / 2.0};
+        return std::isfinite(scale) && scale > 0;
+    }
+
+    ScreenPoint toScreen(const Vec3& eye, const Color& color) const {
+        return {halfSize[0] + (eye[0] - centre[0]) * scale,
+                halfSize[1] - (eye[1] - centre[1]) * scale, eye[2], color};
+    }
+
+    Matrix placement(int node) const {
+        if (!has(scene.transforms, node) || !scene.transforms.getValue(node).valid) return view;
+        return view * toMatrix(scene.transforms.getValue(node).matrix);
+    }
+
+    // Faces draw their own triangles; a mesh that no face covers is drawn whole.
+    void meshes() {
+        std::vector<bool> byFaces(static_cast<std::size_t>(scene.meshes.size()));
+        for (int face = 0; face < resources.primitivesA.size(); ++face) {
+            const int mesh = linkOf(resources.primALinks1, face);
+            if (!has(scene.meshes, mesh)) continue;
+            byFaces[static_cast<std::size_t>(mesh)] = true;
+            const veksg::PrimitiveInfo& range = resources.primitivesA.getValue(face);
+            if (isSet(bits[2], face)) triangles(mesh, range.first, range.count);
+        }
+        for (int mesh = 0; mesh < scene.meshes.size(); ++mesh)
+            if (!byFaces[static_cast<std::size_t>(mesh)] && isSet(bits[7], mesh))
+                triangles(mesh, 0, std::numeric_limits<int>::max());
+    }
+
+    void triangles(int meshKey, int first, int count) {
+        const auto& pointer = scene.meshes.getValue(meshKey);
+        const int node = linkOf(scene.links6a, meshKey);
+        if (!pointer || !isShown(node)) return;
+        const veksg::Mesh& mesh = *pointer;
+        Color base = defaultFace;
+        if (has(scene.meshMaterials, meshKey) && scene.meshMaterials.getValue(meshKey).valid) {
+            const veksg::Color4& diffuse = scene.meshMaterials.getValue(meshKey).diffuse;
+            base = {diffuse[0], diffuse[1], diffuse[2]};
+        }
+        const Matrix place = placement(node);
+        const Matrix normals = cofactors(place);
+        const long long total = vertexCount(mesh);
+        const long long begin = std::clamp<long long>(first, 0, total);
+        const long long end = std::min<long long>(total, begin + std::max(count, 0));
+        for (long long i = begin; i + 3 <= end; i += 3) {
+            Corner corners[3];
+            for (std::size_t k = 0; k < 3; ++k)
+                corners[k] = corner(mesh, static_cast<std::size_t>(i) + k, base);
+            Vec3 eye[3];
+            for (std::size_t k = 0; k < 3; ++k)
+                eye[k] = place.point(corners[k].position);
+            const Vec3 flat =
+                normalized(cross(difference(eye[1], eye[0]), difference(eye[2], eye[0])));
+            ScreenPoint screen[3];
+            for (std::size_t k = 0; k < 3; ++k) {
+                Vec3 normal = normalized(normals.vector(corners[k].normal));
+                if (normal == Vec3{0, 0, 0}) normal = flat;
+                const double intensity = ambient + (1 - ambient) * std::fabs(dot(normal, light));
+                Color color = corners[k].color;
+                for (double& channel : color)
+                    channel *= intensity;
+                screen[k] = toScreen(eye[k], color);
+            }
+            canvas.triangle(screen[0], screen[1], screen[2]);
+        }
+    }
+
+    struct Corner {
+        Vec3 position;
+        Vec3 normal;
+        Color color;
+    };
+
+    // Vertex `i` of the mesh counted through its layouts in order: VN, then VNC, then VNT.
+    static Corner corner(const veksg::Mesh& mesh, std::size_t i, const Color& base) {
+        if (i < mesh.vn.size()) return {toVec(mesh.vn[i].vertex), toVec(mesh.vn[i].normal), base};
+        i -= mesh.vn.size();
+        if (i < mesh.vnc.size()) {
+            const veksg::VNC& v = mesh.vnc[i];
+            return {toVec(v.vertex), toVec(v.normal), {v.color[0], v.color[1], v.color[2]}};
+        }
+        i -= mesh.vnc.size();
+        // Textures are not drawn; the material's colour stands in for them.
+        return {toVec(mesh.vnt[i].vertex), toVec(mesh.vnt[i].normal), base};
+    }
+
+    void edges() {
+        const double bias = edgeBias / scale;
+        for (int edge = 0; edge < resources.primitivesB.size(); ++edge) {
+            if (!isSet(bits[3], edge)) continue;
+            const int lineKey = linkOf(resources.primBLinks2, edge);
+            if (!has(scene.polylines, lineKey) || !scene.polylines.getValue(lineKey)) continue;
+            const int node = linkOf(scene.links7, lineKey);
+            if (!isShown(node)) continue;
+            Color color = defaultEdge;
+            if (has(scene.polylineMaterials, lineKey) &&
+                scene.polylineMaterials.getValue(lineKey).valid) {
+                const veksg::Color4& c = scene.polylineMaterials.getValue(lineKey).color;
+                color = {c[0], c[1], c[2]};
+            }
+            const auto& points = scene.polylines.getValue(lineKey)->points;
+            const veksg::PrimitiveInfo& range = resources.primitivesB.getValue(edge);
+            const long long size = static_cast<long long>(points.size());
+            const long long begin = std::clamp<long long>(range.first, 0, size);
+            const long long end = std::min<long long>(size, begin + std::max(range.count, 0));
+            const Matrix place = placement(node);
+            auto project = [&](long long i) {
+                return toScreen(place.point(toVec(points[static_cast<std::size_t>(i)].data())),
+                                color);
+            };
+            for (long long i = begin; i + 1 < end; ++i)
+                canvas.line(project(i), project(i + 1), bias);
+        }
+    }
+
+    const veksg::SCScene& scene;
+    const veksg::SCSceneRes& resources;
+    const std::array<std::vector<bool>, 8>& bits;
+    const Matrix view;
+    Canvas canvas;
+    std::vector<bool> shown;
+    std::vector<int> roots;
+    bool framed = false;
+    double scale = 1;
+    std::array<double, 2> centre{};
+    std::array<double, 2> halfSize{};
+};
+} // namespace
+
+Image::Image(int width, int height)
+    : width(width), height(height),
+      rgba(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4, 255) {
+    for (std::size_t alpha = 3; alpha < rgba.size(); alpha += 4)
+        rgba[alpha] = 0;
+}
+
+int frameMargin(int width, int height) {
+    return std::max(1, std::min(width, height) / 32);
+}
+
+Image render(const Document& document, const RenderOptions& options) {
+    if (options.width < 1 || options.height < 1)
+        throw std::invalid_argument("a picture needs at least one pixel each way");
+    const auto& orientations = document.views->orientations;
+    if (!has(orientations, options.view))
+        throw std::invalid_argument("the document holds no view " + std::to_string(options.view));
+    return Painter(document, toMatrix(orientations.getValue(options.view)), options).paint();
+}
+
+} // namespace vekload
