@@ -47,6 +47,19 @@ Matrix toMatrix(const aiMatrix4x4& a) {
     return out;
 }
 
+// The data model's world has Z up, as CAD files do. glTF is Y-up by definition and Assimp
+// turns Collada files to Y-up whatever they declare, so those are stood upright by the root's
+// placement; other mesh formats carry no convention and stay as stored.
+Matrix uprightPlacement(const std::string& format) {
+    Matrix upright;
+    if (format != "GLTF" && format != "GLB" && format != "DAE") return upright;
+    upright.m[5] = 0; // Y goes to Z
+    upright.m[6] = 1;
+    upright.m[9] = -1; // Z goes to -Y
+    upright.m[10] = 0;
+    return upright;
+}
+
 veksg::Color4 toColor(const aiColor4D& c) {
     return veksg::Color4(c.r, c.g, c.b, c.a);
 }
@@ -186,7 +199,7 @@ public:
     void fill(DocumentBuilder& builder) override {
         parts.resize(scene->mNumMeshes);
         materials.resize(scene->mNumMaterials);
-        walk(builder, *scene->mRootNode, -1, Matrix());
+        walk(builder, *scene->mRootNode, -1, uprightPlacement(name));
     }
 
 private:
