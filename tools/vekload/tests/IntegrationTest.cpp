@@ -185,6 +185,23 @@ TEST_P(RealFiles, LoadConsistentlyAndAgreeWithTheirSourceLibrary) {
     EXPECT_STREQ(doc.info->file(), std::wstring(path.begin(), path.end()).c_str());
 }
 
+// A viewer's world has Z up: files defined as Y-up stand upright through their root's
+// placement, files without a convention keep their coordinates.
+TEST(MeshFiles, StandUprightWhereTheirFormatIsYUp) {
+    for (const auto& [file, yUp] :
+         {std::pair<const char*, bool>{"Collada/duck.dae", true}, {"OBJ/WusonOBJ.obj", false}}) {
+        const std::string path = assimpFile(file);
+        if (!exists(path)) GTEST_SKIP() << path << " is not installed";
+        const LoadResult loaded = loadFile(path, LoadOptions());
+        const auto& root = loaded.document->scene->transforms.getValue(0).matrix;
+        SCOPED_TRACE(path);
+        // Where the file's Y axis points in the world (column 1 of the root's placement; the
+        // duck's root also scales).
+        EXPECT_EQ(root[6] > 0.0f, yUp);
+        EXPECT_EQ(root[5] > 0.0f, !yUp);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Files, RealFiles, testing::ValuesIn(files),
                          [](const testing::TestParamInfo<RealFile>& info) {
                              return std::string(info.param.name);
