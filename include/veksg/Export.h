@@ -1,9 +1,9 @@
 #pragma once
 
 // The library is built with hidden visibility; VEKSG_API marks what a host may use.
-// CMake defines data_EXPORTS while it builds the shared library itself.
+// The library's own build defines VEKSG_BUILDING_LIBRARY; hosts never do.
 #if defined(_WIN32)
-#if defined(data_EXPORTS)
+#if defined(VEKSG_BUILDING_LIBRARY)
 #define VEKSG_API __declspec(dllexport)
 #else
 #define VEKSG_API __declspec(dllimport)

@@ -24,6 +24,7 @@
 #include "veksg/SCTempGraphics.h"
 #include "veksg/SCView.h"
 #include "veksg/Schema.h"
+#include "veksg/Tables.h"
 #include "veksg/Set.h"
 #include "veksg/StateFactory.h"
 #include "veksg/States.h"

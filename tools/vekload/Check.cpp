@@ -3,15 +3,24 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "Builder.h"
 #include "KeySpaces.h"
+#include "veksg/Tables.h"
 
 namespace vekload {
 
 namespace {
 using Lists = veksg::Container<int, std::vector<int>>;
+
+// Keyed tables (and hierarchies) grow with `resizeToFitKey`; bit sets and plain lists do not.
+template <typename T, typename = void>
+struct isKeyedTable : std::false_type {};
+template <typename T>
+struct isKeyedTable<T, std::void_t<decltype(std::declval<T&>().resizeToFitKey(0, {}))>>
+    : std::true_type {};
 using Links = veksg::Container<int, int>;
 
 constexpr std::size_t shownProblems = 20;
@@ -115,6 +124,9 @@ private:
     void entities();
     void relations();
     void primitives();
+    template <typename Record>
+    void keySpaceTables(const std::string& owner, Record& record);
+    void sideTable(const std::string& name, int size, int needed, bool exact);
     void sideTables();
     void visibility();
 
@@ -280,113 +292,55 @@ void Checker::primitives() {
     }
 }
 
+// A table that the library's `resize` grows by a key space covers that key space.
+template <typename Record>
+void Checker::keySpaceTables(const std::string& owner, Record& record) {
+    veksg::forEachTable(record, [&](const veksg::TableInfo& table, auto& member) {
+        using Member = std::remove_const_t<std::remove_reference_t<decltype(member)>>;
+        const std::string name = owner + "." + table.name;
+        if constexpr (veksg::hasTables<Member>) {
+            keySpaceTables(name, member);
+        } else if constexpr (isKeyedTable<Member>::value) {
+            if (table.keySpace >= 0)
+                sideTable(name, member.size(), lastKeyOf(doc, table.keySpace) + 1, false);
+        }
+    });
+}
+
+void Checker::sideTable(const std::string& name, int size, int needed, bool exact) {
+    ++result.references;
+    if (size < needed || (exact && size != needed))
+        problem(name + " has " + std::to_string(size) + " entries for " + std::to_string(needed) +
+                " keys");
+}
+
 void Checker::sideTables() {
-    auto& topo = *doc.topo;
+    for (const auto& component : doc.components())
+        veksg::visitComponent(*component, [&](auto& concrete) {
+            keySpaceTables(veksg::componentName(concrete), concrete);
+        });
     auto& scene = *doc.scene;
     auto& res = *doc.resources;
-    auto& rt = *doc.runtime;
-    auto& pmi = *doc.pmi;
-    struct Side {
-        const char* name;
-        int size;
-        int needed;
-        bool exact;
-    };
+    auto& attributes = *doc.attributes;
     auto space = [this](short code) { return lastKeyOf(doc, code) + 1; };
-    const int nodes = space(NODES);
-    const int faces = space(FACES);
-    const int edges = space(EDGES);
-    const int vertices = space(VERTICES);
-    const int surfaces = space(SURFACES);
-    const int curves = space(CURVES);
-    const int pmis = space(PMI_ITEMS);
-    const int views = space(VIEWS);
-    const Side sides[] = {
-        {"SCSceneTopo.nodeLists1", topo.nodeLists1.size(), nodes, false},
-        {"SCSceneTopo.nodeLists2", topo.nodeLists2.size(), nodes, false},
-        {"SCSceneTopo.nodeLists3", topo.nodeLists3.size(), nodes, false},
-        {"SCSceneTopo.nodeLists4", topo.nodeLists4.size(), nodes, false},
-        {"SCSceneTopo.nodeLists5", topo.nodeLists5.size(), nodes, false},
-        {"SCSceneTopo.nodeLists6", topo.nodeLists6.size(), nodes, false},
-        {"SCSceneTopo.nodeLists7", topo.nodeLists7.size(), nodes, false},
-        {"SCSceneTopo.nodeLists8", topo.nodeLists8.size(), nodes, false},
-        {"SCSceneTopo.nodeLists9", topo.nodeLists9.size(), nodes, false},
-        {"SCSceneTopo.nodeLists10", topo.nodeLists10.size(), nodes, false},
-        {"SCSceneTopo.nodeLists11", topo.nodeLists11.size(), nodes, false},
-        {"SCSceneTopo.nodeRefs1", topo.nodeRefs1.size(), nodes, false},
-        {"SCSceneTopo.nodeRefs2", topo.nodeRefs2.size(), nodes, false},
-        {"SCSceneTopo.nodeRefs3", topo.nodeRefs3.size(), nodes, false},
-        {"SCSceneTopo.nodeRefs4", topo.nodeRefs4.size(), nodes, false},
-        {"SCSceneTopo.nodeFlags", topo.nodeFlags.size(), nodes, false},
-        {"SCSceneTopo.faceLists1", topo.faceLists1.size(), faces, false},
-        {"SCSceneTopo.faceLists2", topo.faceLists2.size(), faces, false},
-        {"SCSceneTopo.faceLists3", topo.faceLists3.size(), faces, false},
-        {"SCSceneTopo.faceLists4", topo.faceLists4.size(), faces, false},
-        {"SCSceneTopo.faceRefs1", topo.faceRefs1.size(), faces, false},
-        {"SCSceneTopo.faceRefs2", topo.faceRefs2.size(), faces, false},
-        {"SCSceneTopo.edgeLists1", topo.edgeLists1.size(), edges, false},
-        {"SCSceneTopo.edgeLists2", topo.edgeLists2.size(), edges, false},
-        {"SCSceneTopo.edgeLists3", topo.edgeLists3.size(), edges, false},
-        {"SCSceneTopo.edgeLists4", topo.edgeLists4.size(), edges, false},
-        {"SCSceneTopo.edgeRefs1", topo.edgeRefs1.size(), edges, false},
-        {"SCSceneTopo.refs13a", topo.refs13a.size(), vertices, false},
-        {"SCSceneTopo.refs13b", topo.refs13b.size(), vertices, false},
-        {"SCSceneTopo.lists13", topo.lists13.size(), vertices, false},
-        {"SCSceneTopo.refs14a", topo.refs14a.size(), surfaces, false},
-        {"SCSceneTopo.refs14b", topo.refs14b.size(), surfaces, false},
-        {"SCSceneTopo.refs14c", topo.refs14c.size(), surfaces, false},
-        {"SCSceneTopo.lists14", topo.lists14.size(), surfaces, false},
-        {"SCSceneTopo.refs15a", topo.refs15a.size(), curves, false},
-        {"SCSceneTopo.refs15b", topo.refs15b.size(), curves, false},
-        {"SCSceneTopo.lists15a", topo.lists15a.size(), curves, false},
-        {"SCSceneTopo.lists15b", topo.lists15b.size(), curves, false},
-        {"SCScene.links6a", scene.links6a.size(), space(MESHES), false},
-        {"SCScene.links6b", scene.links6b.size(), space(MESHES), false},
-        {"SCScene.meshMaterials", scene.meshMaterials.size(), space(MESHES), true},
-        {"SCScene.links7", scene.links7.size(), space(POLYLINES), false},
-        {"SCScene.polylineMaterials", scene.polylineMaterials.size(), space(POLYLINES), true},
-        {"SCScene.links8", scene.links8.size(), space(LAYERS), false},
-        {"SCScene.transforms", scene.transforms.size(), nodes, true},
-        {"SCScene.boxes", scene.boxes.size(), nodes, true},
-        {"SCScene.hierarchy", scene.hierarchy.size(), nodes, false},
-        {"SCSceneRes.orientedBoxes", res.orientedBoxes.size(), nodes, true},
-        {"SCSceneRes.primitivesA", res.primitivesA.size(), faces, true},
-        {"SCSceneRes.primALinks1", res.primALinks1.size(), res.primitivesA.size(), false},
-        {"SCSceneRes.primALinks2", res.primALinks2.size(), res.primitivesA.size(), false},
-        {"SCSceneRes.primALinks3", res.primALinks3.size(), res.primitivesA.size(), false},
-        {"SCSceneRes.primitivesB", res.primitivesB.size(), edges, true},
-        {"SCSceneRes.primBLinks2", res.primBLinks2.size(), res.primitivesB.size(), false},
-        {"SCSceneRT.nodeValues", rt.nodeValues.size(), nodes, false},
-        {"SCSceneRT.meshes.lists", rt.meshes.lists.size(), nodes, false},
-        {"SCSceneRT.polylines.lists", rt.polylines.lists.size(), nodes, false},
-        {"SCSceneRT.vertices.lists", rt.vertices.lists.size(), nodes, false},
-        {"SCSceneRT.texts.lists", rt.texts.lists.size(), nodes, false},
-        {"SCPmi.relation1", pmi.relation1.size(), nodes, false},
-        {"SCPmi.relation2", pmi.relation2.size(), nodes, false},
-        {"SCPmi.relation3", pmi.relation3.size(), nodes, false},
-        {"SCPmi.map2", pmi.map2.size(), pmis, false},
-        {"SCPmi.relation4", pmi.relation4.size(), pmis, false},
-        {"SCPmi.relation5", pmi.relation5.size(), pmis, false},
-        {"SCPmi.relation6", pmi.relation6.size(), pmis, false},
-        {"SCPmi.relation11", pmi.relation11.size(), pmis, false},
-        {"SCPmi.relation12", pmi.relation12.size(), pmis, false},
-        {"SCPmi.relation13", pmi.relation13.size(), pmis, false},
-        {"SCPmi.relation8", pmi.relation8.size(), views, false},
-        {"SCPmi.relation9", pmi.relation9.size(), views, false},
-        {"SCPmi.relation10", pmi.relation10.size(), views, false},
-        {"SCPmi.map4", pmi.map4.size(), views, false},
-        {"SCPmi.map5", pmi.map5.size(), views, false},
-        {"SCAttributes.flags", doc.attributes->flags.size(), doc.attributes->attributes.size(),
-         false},
-        {"SCAttributes.attributeIndices", doc.attributes->attributeIndices.size(),
-         doc.attributes->attributes.size(), true},
-    };
-    for (const Side& side : sides) {
-        ++result.references;
-        if (side.size < side.needed || (side.exact && side.size != side.needed))
-            problem(std::string(side.name) + " has " + std::to_string(side.size) + " entries for " +
-                    std::to_string(side.needed) + " keys");
-    }
+    // Tables the library sizes after another of the component's own.
+    const int primitivesA = res.primitivesA.size();
+    sideTable("SCSceneRes.primALinks1", res.primALinks1.size(), primitivesA, false);
+    sideTable("SCSceneRes.primALinks2", res.primALinks2.size(), primitivesA, false);
+    sideTable("SCSceneRes.primALinks3", res.primALinks3.size(), primitivesA, false);
+    sideTable("SCSceneRes.primBLinks2", res.primBLinks2.size(), res.primitivesB.size(), false);
+    sideTable("SCAttributes.flags", attributes.flags.size(), attributes.attributes.size(), false);
+    // The tool's own conventions: one record per key of the table's key space.
+    sideTable("SCScene.meshMaterials", scene.meshMaterials.size(), space(MESHES), true);
+    sideTable("SCScene.polylineMaterials", scene.polylineMaterials.size(), space(POLYLINES), true);
+    sideTable("SCScene.transforms", scene.transforms.size(), space(NODES), true);
+    sideTable("SCScene.boxes", scene.boxes.size(), space(NODES), true);
+    sideTable("SCScene.hierarchy", scene.hierarchy.size(), space(NODES), false);
+    sideTable("SCSceneRes.orientedBoxes", res.orientedBoxes.size(), space(NODES), true);
+    sideTable("SCSceneRes.primitivesA", primitivesA, space(FACES), true);
+    sideTable("SCSceneRes.primitivesB", res.primitivesB.size(), space(EDGES), true);
+    sideTable("SCAttributes.attributeIndices", attributes.attributeIndices.size(),
+              attributes.attributes.size(), true);
 }
 
 void Checker::visibility() {

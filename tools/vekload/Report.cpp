@@ -1,22 +1,83 @@
 #include "Report.h"
 
+#include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
 #include <map>
 #include <ostream>
 #include <sstream>
+#include <type_traits>
 #include <unordered_set>
 
 #include "Builder.h"
 #include "Text.h"
+#include "veksg/Tables.h"
 
 namespace vekload {
 
 namespace {
-// Bytes held by tables, following shared meshes and polylines once each.
+// Bytes held by a component: the object itself and what its tables hold on the heap,
+// following shared meshes and polylines once each. Host-owned objects behind shared pointers
+// outside tables are not the document's and are not counted.
 class ByteCounter {
 public:
+    template <typename Component>
+    long long component(const Component& c) {
+        return static_cast<long long>(sizeof c) + heldBy(c);
+    }
+
+private:
+    template <typename T>
+    struct isTable : std::false_type {};
+    template <typename V>
+    struct isTable<veksg::Container<int, V>> : std::true_type {};
+    template <typename V>
+    struct isTable<std::vector<V>> : std::true_type {};
+
+    // What a record with a catalogue holds beyond its own bytes.
+    template <typename Record>
+    long long heldBy(const Record& record) {
+        long long total = 0;
+        veksg::forEachTable(
+            record, [&](const veksg::TableInfo&, const auto& member) { total += heldIn(member); });
+        return total;
+    }
+
+    template <typename Member>
+    long long heldIn(const Member& member) {
+        if constexpr (veksg::hasTables<Member>) {
+            return heldBy(member);
+        } else if constexpr (std::is_same_v<Member, veksg::Hierarchy>) {
+            return heldIn(static_cast<const veksg::Container<int, std::vector<int>>&>(member));
+        } else if constexpr (std::is_same_v<Member, std::vector<bool>>) {
+            return static_cast<long long>((member.size() + 7) / 8);
+        } else if constexpr (std::is_same_v<Member, std::array<std::vector<bool>, 8>> ||
+                             std::is_same_v<Member, std::array<std::vector<int>, 11>> ||
+                             std::is_same_v<Member, std::array<std::vector<std::uint32_t>, 4>>) {
+            long long total = 0;
+            for (const auto& element : member)
+                total += heldIn(element);
+            return total;
+        } else if constexpr (isTable<Member>::value) {
+            long long total = 0;
+            for (const auto& value : member)
+                total += of(value);
+            return total;
+        } else if constexpr (std::is_same_v<Member, std::map<int, std::wstring>>) {
+            long long total = 0;
+            for (const auto& entry : member)
+                total += static_cast<long long>(sizeof entry) + of(entry.second);
+            return total;
+        } else if constexpr (std::is_same_v<Member, std::wstring>) {
+            return of(member);
+        } else {
+            return 0;
+        }
+    }
+
+    // The bytes one table entry takes, with what it owns.
     long long of(const std::vector<int>& list) const {
         const std::size_t bytes = sizeof(std::vector<int>) + list.size() * sizeof(int);
         return static_cast<long long>(bytes);
@@ -47,106 +108,21 @@ public:
     }
     long long of(const std::shared_ptr<veksg::StringValue>& value) const {
         long long total = sizeof value;
-        if (value) total += static_cast<long long>(sizeof(veksg::StringValue));
+        if (!value) return total;
+        total += static_cast<long long>(sizeof(veksg::StringValue) +
+                                        (std::wcslen(value->key()) + 1) * sizeof(wchar_t));
+        if (value->get())
+            total +=
+                static_cast<long long>((std::wcslen(value->get().get()) + 1) * sizeof(wchar_t));
         return total;
     }
     template <typename V>
     long long of(const V& value) const {
         return sizeof value;
     }
-    template <typename V>
-    long long of(const veksg::Container<int, V>& table) {
-        long long total = 0;
-        for (const V& value : table)
-            total += of(value);
-        return total;
-    }
 
-    long long of(const veksg::Hierarchy& lists) {
-        return of(static_cast<const veksg::Container<int, std::vector<int>>&>(lists));
-    }
-
-private:
     std::unordered_set<const void*> seen;
 };
-
-long long sceneBytes(ByteCounter& count, const veksg::SCScene& s) {
-    return static_cast<long long>(sizeof s) + count.of(s.meshes) + count.of(s.meshMaterials) +
-           count.of(s.polylines) + count.of(s.polylineMaterials) + count.of(s.boxes) +
-           count.of(s.transforms) + count.of(s.points) + count.of(s.textures) +
-           count.of(s.links6a) + count.of(s.links7) + count.of(s.links8) + count.of(s.links6b) +
-           count.of(s.fonts) + count.of(s.hierarchy) + count.of(s.texts) + count.of(s.textLinksA) +
-           count.of(s.textLinksB);
-}
-
-long long topoBytes(ByteCounter& count, const veksg::SCSceneTopo& t) {
-    long long total = static_cast<long long>(sizeof t) + count.of(t.nodes) + count.of(t.faces) +
-                      count.of(t.surfaces) + count.of(t.edges) + count.of(t.curves) +
-                      count.of(t.vertices) + count.of(t.nodeFlags);
-    for (const auto* lists :
-         {&t.nodeLists1,  &t.nodeLists2, &t.nodeLists3, &t.nodeLists4, &t.nodeLists5,
-          &t.nodeLists6,  &t.nodeLists7, &t.nodeLists8, &t.nodeLists9, &t.nodeLists10,
-          &t.nodeLists11, &t.faceLists1, &t.faceLists2, &t.faceLists3, &t.faceLists4,
-          &t.edgeLists1,  &t.edgeLists2, &t.edgeLists3, &t.edgeLists4, &t.lists15a,
-          &t.lists15b,    &t.lists13,    &t.lists14})
-        total += count.of(*lists);
-    for (const auto* refs : {&t.nodeRefs1, &t.nodeRefs2, &t.nodeRefs3, &t.nodeRefs4, &t.faceRefs1,
-                             &t.faceRefs2, &t.edgeRefs1, &t.refs15a, &t.refs15b, &t.refs13a,
-                             &t.refs13b, &t.refs14a, &t.refs14b, &t.refs14c})
-        total += count.of(*refs);
-    for (const auto& entry : t.namesByKey)
-        total += static_cast<long long>(sizeof entry) + count.of(entry.second);
-    return total;
-}
-
-long long resourceBytes(ByteCounter& count, const veksg::SCSceneRes& r) {
-    return static_cast<long long>(sizeof r) + count.of(r.meshMaterials) +
-           count.of(r.polylineMaterials) + count.of(r.textures) + count.of(r.boxes) +
-           count.of(r.orientedBoxes) + count.of(r.transforms) + count.of(r.transformsB) +
-           count.of(r.vertexInfos) + count.of(r.indexInfos) + count.of(r.indexLinks) +
-           count.of(r.vertexLists) + count.of(r.primitivesA) + count.of(r.primALinks1) +
-           count.of(r.indexLists1) + count.of(r.primALinks2) + count.of(r.primALinks3) +
-           count.of(r.primitivesB) + count.of(r.primBLinks1) + count.of(r.indexLists2) +
-           count.of(r.primBLinks2) + count.of(r.primitivesC) + count.of(r.primCLinks1) +
-           count.of(r.indexLists3) + count.of(r.primCLinks2) + count.of(r.fonts) +
-           count.of(r.fontLists) + count.of(r.texts) + count.of(r.textLinksA) +
-           count.of(r.textLinksB);
-}
-
-long long runtimeBytes(ByteCounter& count, const veksg::SCSceneRT& rt) {
-    long long total = static_cast<long long>(sizeof rt) + count.of(rt.nodeValues) +
-                      count.of(rt.nodeLists) + count.of(rt.meshes.lists) +
-                      count.of(rt.polylines.lists) + count.of(rt.vertices.lists) +
-                      count.of(rt.texts.lists);
-    for (const auto& bits : rt.visibility.sets)
-        total += static_cast<long long>((bits.size() + 7) / 8);
-    return total;
-}
-
-long long pmiBytes(ByteCounter& count, const veksg::SCPmi& p) {
-    long long total = static_cast<long long>(sizeof p) + count.of(p.pmiBoxes);
-    for (const auto* relation :
-         {&p.relation1, &p.relation2, &p.relation3, &p.relation4, &p.relation5, &p.relation6,
-          &p.relation7, &p.relation8, &p.relation9, &p.relation10, &p.relation11, &p.relation12,
-          &p.relation13, &p.relation14})
-        total += count.of(*relation);
-    for (const auto* map : {&p.map1, &p.map2, &p.map3, &p.map4, &p.map5, &p.map6})
-        total += count.of(*map);
-    return total;
-}
-
-long long attributeBytes(ByteCounter& count, const veksg::SCAttributes& a) {
-    long long total = static_cast<long long>(sizeof a) + count.of(a.attributes) +
-                      count.of(a.attributeIndices) + count.of(a.flags);
-    for (const auto& value : a.attributes)
-        if (value) {
-            total += static_cast<long long>((std::wcslen(value->key()) + 1) * sizeof(wchar_t));
-            if (value->get())
-                total +=
-                    static_cast<long long>((std::wcslen(value->get().get()) + 1) * sizeof(wchar_t));
-        }
-    return total;
-}
 
 std::string milliseconds(const char* name, double seconds) {
     char text[64];
@@ -259,24 +235,15 @@ Figures recordCounts(const Document& document) {
 
 Figures componentBytes(const Document& document) {
     ByteCounter count;
-    Figures bytes = {
-        {"SCScene", sceneBytes(count, *document.scene)},
-        {"SCSceneTopo", topoBytes(count, *document.topo)},
-        {"SCSceneRes", resourceBytes(count, *document.resources)},
-        {"SCSceneRT", runtimeBytes(count, *document.runtime)},
-        {"SCPmi", pmiBytes(count, *document.pmi)},
-        {"SCView",
-         static_cast<long long>(sizeof(veksg::SCView)) + count.of(document.views->orientations)},
-        {"SCStates", static_cast<long long>(sizeof(veksg::SCStates))},
-        {"SCTempGraphics", static_cast<long long>(sizeof(veksg::SCTempGraphics))},
-        {"SCAttributes", attributeBytes(count, *document.attributes)},
-        {"SCInfo",
-         static_cast<long long>(sizeof(veksg::SCInfo)) + count.of(document.info->filePath)},
-        {"SCLayer", static_cast<long long>(sizeof(veksg::SCLayer))},
-    };
+    Figures bytes;
+    for (const auto& component : document.components())
+        veksg::visitComponent(*component, [&](const auto& concrete) {
+            bytes.emplace_back(veksg::componentName(concrete), count.component(concrete));
+        });
     long long layers = 0;
     for (const auto& layer : document.layers)
-        layers += count.of(layer.name);
+        layers +=
+            static_cast<long long>(sizeof(std::wstring) + layer.name.size() * sizeof(wchar_t));
     bytes.emplace_back("Document.layers", layers);
     return bytes;
 }
