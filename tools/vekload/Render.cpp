@@ -85,7 +85,7 @@ int linkOf(const veksg::Container<int, int>& links, int key) {
 }
 
 std::uint8_t toByte(double channel) {
-    return static_cast<std::uint8_t>(std::clamp(channel, 0.0, 1.0) * 255.0 + 0.5);
+    return static_cast<std::uint8_t>(std::lround(std::clamp(channel, 0.0, 1.0) * 255.0));
 }
 
 struct ScreenPoint {

@@ -311,7 +311,7 @@ TEST_F(Pictures, DrawOnlyWhatTheVisibilityBitsShow) {
     auto& sets = sample().runtime->visibility.sets;
     // Edges are the only pixels in their material's plain grey; shaded faces never are.
     const float grey = sample().scene->polylineMaterials.getValue(0).color[0];
-    const int edge = static_cast<int>(grey * 255 + 0.5f);
+    const int edge = static_cast<int>(std::lround(grey * 255));
     auto coveredAndEdges = [edge] {
         const Image image = draw(sample(), 0);
         long covered = 0;
