@@ -35,6 +35,8 @@ struct TableInfo {
     /// The component's own table that must hold entries for `resize` to grow the member at
     /// all, or null.
     const char* onlyWhile = nullptr;
+    /// Whether `resize` sorts each of the member's lists and drops repeated children.
+    bool dropsRepeats = false;
 };
 
 /// `forEachTable(c, visit)` calls `visit(const TableInfo&, member&)` once for each public
@@ -53,6 +55,8 @@ struct TableInfo {
 // The member's name is spelled once, so it cannot drift from the member itself.
 #define VEKSG_TABLE(member, ...) visit(TableInfo{#member, __VA_ARGS__}, c.member)
 #define VEKSG_FIELD(member) visit(TableInfo{#member}, c.member)
+#define VEKSG_DEDUPED(member, keySpace)                                                            \
+    visit(TableInfo{#member, keySpace, nullptr, nullptr, true}, c.member)
 #define VEKSG_ELEMENT(array, i, keySpace) visit(TableInfo{#array "[" #i "]", keySpace}, c.array[i])
 
 VEKSG_CATALOGUE(SCScene) {
@@ -84,33 +88,33 @@ VEKSG_CATALOGUE(SCSceneTopo) {
     VEKSG_FIELD(vertices);
     VEKSG_TABLE(nodeLists1, 10);
     VEKSG_TABLE(nodeLists2, 10);
-    VEKSG_TABLE(nodeLists3, 10);
-    VEKSG_TABLE(nodeLists4, 10);
-    VEKSG_TABLE(nodeLists5, 10);
-    VEKSG_TABLE(nodeLists6, 10);
-    VEKSG_TABLE(nodeLists7, 10);
+    VEKSG_DEDUPED(nodeLists3, 10);
+    VEKSG_DEDUPED(nodeLists4, 10);
+    VEKSG_DEDUPED(nodeLists5, 10);
+    VEKSG_DEDUPED(nodeLists6, 10);
+    VEKSG_DEDUPED(nodeLists7, 10);
     VEKSG_TABLE(nodeRefs1, 10);
     VEKSG_TABLE(nodeRefs2, 10);
     VEKSG_TABLE(nodeRefs3, 10);
     VEKSG_TABLE(nodeRefs4, 10);
-    VEKSG_TABLE(nodeLists8, 10);
-    VEKSG_TABLE(nodeLists9, 10);
-    VEKSG_TABLE(nodeLists10, 10);
-    VEKSG_TABLE(nodeLists11, 10);
+    VEKSG_DEDUPED(nodeLists8, 10);
+    VEKSG_DEDUPED(nodeLists9, 10);
+    VEKSG_DEDUPED(nodeLists10, 10);
+    VEKSG_DEDUPED(nodeLists11, 10);
     VEKSG_TABLE(faceLists1, 11);
-    VEKSG_TABLE(faceLists2, 11);
-    VEKSG_TABLE(faceLists3, 11);
-    VEKSG_TABLE(faceLists4, 11);
+    VEKSG_DEDUPED(faceLists2, 11);
+    VEKSG_DEDUPED(faceLists3, 11);
+    VEKSG_DEDUPED(faceLists4, 11);
     VEKSG_TABLE(faceRefs1, 11);
     VEKSG_TABLE(faceRefs2, 11);
     VEKSG_TABLE(edgeLists1, 12);
-    VEKSG_TABLE(edgeLists2, 12);
-    VEKSG_TABLE(edgeLists3, 12);
-    VEKSG_TABLE(edgeLists4, 12);
+    VEKSG_DEDUPED(edgeLists2, 12);
+    VEKSG_DEDUPED(edgeLists3, 12);
+    VEKSG_DEDUPED(edgeLists4, 12);
     VEKSG_TABLE(edgeRefs1, 12);
     VEKSG_TABLE(refs15a, 15);
-    VEKSG_TABLE(lists15a, 15);
-    VEKSG_TABLE(lists15b, 15);
+    VEKSG_DEDUPED(lists15a, 15);
+    VEKSG_DEDUPED(lists15b, 15);
     VEKSG_TABLE(refs15b, 15);
     VEKSG_TABLE(refs13a, 13);
     VEKSG_TABLE(lists13, 13);
@@ -444,6 +448,7 @@ VEKSG_CATALOGUE(vek2d::SCScene2D) {
 
 #undef VEKSG_ELEMENT
 #undef VEKSG_FIELD
+#undef VEKSG_DEDUPED
 #undef VEKSG_TABLE
 #undef VEKSG_CATALOGUE
 

@@ -157,6 +157,27 @@ TYPED_TEST(Resized, NegativeAnswersGrowNothing) {
         EXPECT_EQ(size, 0) << name;
 }
 
+// Exactly the hierarchies listed as dropping repeats come out of `resize` sorted and unique;
+// the others keep their children as they were added.
+TYPED_TEST(Resized, DropsRepeatsWhereListed) {
+    TypeParam component;
+    forEachTable(component, [](const TableInfo&, auto& member) {
+        if constexpr (std::is_base_of_v<Hierarchy, std::remove_reference_t<decltype(member)>>)
+            member.addChild(0, {3, 1, 3});
+    });
+    std::map<short, int> answers;
+    for (short code = 0; code <= 20; ++code)
+        answers[code] = 1;
+    testing_support::resizeAsking(component, answers);
+    const std::vector<int> unique = {1, 3};
+    const std::vector<int> asAdded = {3, 1, 3};
+    forEachTable(component, [&](const TableInfo& table, auto& member) {
+        if constexpr (std::is_base_of_v<Hierarchy, std::remove_reference_t<decltype(member)>>) {
+            EXPECT_EQ(member.getValue(0), table.dropsRepeats ? unique : asAdded) << table.name;
+        }
+    });
+}
+
 // A table grown only while another holds entries stays as it was without them.
 TEST(Catalogue, OnlyWhileTablesWaitForTheirCondition) {
     SCSceneRes resources;
