@@ -41,11 +41,6 @@ TEST(SCView, FactoryMakesTheSevenPresetsBitForBit) {
         std::dynamic_pointer_cast<SCView>(veksg::createFactory()->create(veksg::Schema::VIEW));
     ASSERT_NE(view, nullptr);
     expectPresets(*view);
-    EXPECT_EQ(view->orientations.getValue(2), vekmath::MatrixUtils::createIdentity());
-    EXPECT_EQ(view->currentView, 0);
-    EXPECT_EQ(view->previousView, -1);
-    EXPECT_EQ(view->viewMode, 1);
-    EXPECT_EQ(view->viewObject, nullptr);
 }
 
 TEST(SCView, CleanupReleasesOnlyTheViewObjectAndResizeTouchesNothing) {
