@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "common/Checks.h"
 #include "common/RecordingResizer.h"
 #include "veksg/veksg.h"
 
@@ -55,15 +54,6 @@ TEST(SCStates, RegistryNeverReplacesAndAnswersOnlyExactKeys) {
     EXPECT_EQ(a.use_count(), 1);
     store.addStateExecutor(5, b);
     EXPECT_EQ(store.getExecutor(5), b);
-}
-
-TEST(SCStates, TreeRoomCheckNamesTheLimit) {
-    struct FullTree {
-        std::size_t size() const { return 8; }
-        std::size_t max_size() const { return 8; }
-    };
-    testing_support::expectLengthError([] { veksg::detail::checkTreeRoom(FullTree()); },
-                                       "map/set too long");
 }
 
 // Hosts rely on copies seeing the same recorded states.
