@@ -11,10 +11,6 @@ using testing_support::valuesOf;
 using veksg::SCScene;
 using Ints = std::vector<int>;
 
-std::vector<veksg::Container<int, int>*> linksBesides8(SCScene& s) {
-    return {&s.links6a, &s.links7, &s.links6b, &s.textLinksA, &s.textLinksB};
-}
-
 // A scene with something in every table.
 SCScene filledScene() {
     SCScene scene;
@@ -33,7 +29,8 @@ SCScene filledScene() {
     scene.transforms.insert(veksg::Transform());
     scene.points.insert(veksg::Point3());
     scene.textures.insert(std::make_shared<veksg::Texture>());
-    for (auto* links : linksBesides8(scene))
+    for (auto* links :
+         {&scene.links6a, &scene.links7, &scene.links6b, &scene.textLinksA, &scene.textLinksB})
         links->insert(5);
     scene.links8.resizeToFitKey(1, 3);
     scene.fonts.insert(veksg::Font());
@@ -59,17 +56,6 @@ TEST(SCScene, ResizeAsksSixSevenEightAndSizesTheRestFromFontsAndTexts) {
     EXPECT_EQ(valuesOf(scene.links8), (Ints{-1, 42, -1, -1}));
     EXPECT_EQ(valuesOf(scene.hierarchy), std::vector<Ints>(3));
     EXPECT_EQ(scene.meshes.size(), 0);
-}
-
-TEST(SCScene, NegativeAnswersAndNoFontsOrTextsChangeNothing) {
-    SCScene scene = filledScene();
-    scene.fonts.clear();
-    scene.texts.clear();
-    resizeAsking(scene, {{7, -3}});
-    for (auto* links : linksBesides8(scene))
-        EXPECT_EQ(valuesOf(*links), Ints{5});
-    EXPECT_EQ(valuesOf(scene.links8), (Ints{3, 3}));
-    EXPECT_EQ(scene.hierarchy.size(), 1);
 }
 
 // Copies share the geometry, so the scene's cleanup empties it for the copy too, while the
