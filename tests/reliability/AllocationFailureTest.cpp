@@ -11,19 +11,16 @@
 
 #include <gtest/gtest.h>
 
-#include "reliability/FailingNew.h"
+#include "common/AllocationCounter.h"
 #include "veksg/veksg.h"
 
 namespace {
 
 using namespace veksg;
-using testing_support::FailingNew;
 
 class AllocationFailure : public ::testing::Test {
 protected:
-    void SetUp() override {
-        if (!FailingNew::active()) GTEST_SKIP() << "operator new is replaced by a tool";
-    }
+    void SetUp() override { SKIP_UNLESS_COUNTING_ALLOCATIONS(); }
 };
 
 // Runs `op` with its 1st, 2nd, ... allocation refused until it gets through; returns how many
@@ -31,14 +28,15 @@ protected:
 template <typename Op>
 std::size_t refuseEachAllocation(Op op) {
     for (std::size_t n = 1; n < 100000; ++n) {
-        FailingNew::arm(n);
+        const testing_support::CountAllocations counting(n);
         bool refused = false;
         try {
             op();
         } catch (const std::bad_alloc&) {
             refused = true;
         }
-        EXPECT_EQ(FailingNew::disarm(), 0) << "with allocation " << n << " refused";
+        EXPECT_EQ(counting.allocations(), counting.deallocations())
+            << "with allocation " << n << " refused";
         if (!refused) return n - 1;
     }
     ADD_FAILURE() << "never got through";
