@@ -59,28 +59,13 @@ TEST(Container, ImpossibleCountsThrowVectorTooLongAndChangeNothing) {
     EXPECT_EQ(valuesOf(c), std::vector<std::wstring>{L"a"});
 }
 
-TEST(Container, MoveAssignmentReleasesTheOldValuesAndEmptiesTheSource) {
-    auto held = std::make_shared<veksg::Polyline>();
-    Container<int, std::shared_ptr<veksg::Polyline>> first;
-    Container<int, std::shared_ptr<veksg::Polyline>> second;
-    first.insert(held);
-    second.insert(nullptr);
-    first = std::move(second);
-    EXPECT_EQ(held.use_count(), 1);
-    EXPECT_EQ(first.size(), 1);
-    EXPECT_EQ(second.size(), 0); // NOLINT(bugprone-use-after-move)
-    EXPECT_EQ(second.insert(held), 0);
-
-    auto& alias = second;
-    second = std::move(alias);
-    EXPECT_EQ(second.getValue(0), held);
-}
-
-TEST(Container, StoringOneOfItsOwnValuesSurvivesGrowth) {
+// Moves and own-value stores are fuzzed against a model; the model never moves onto itself.
+TEST(Container, SelfMoveAssignmentKeepsEverything) {
     Container<int, std::wstring> c;
     c.insert(L"a long enough string to live on the heap");
-    c.insert(5000, c.getValue(0), L"");
-    EXPECT_EQ(c.getValue(5000), c.getValue(0));
+    auto& alias = c;
+    c = std::move(alias);
+    EXPECT_EQ(valuesOf(c), std::vector<std::wstring>{L"a long enough string to live on the heap"});
 }
 
 } // namespace
