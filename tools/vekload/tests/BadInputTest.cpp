@@ -7,7 +7,6 @@
 #include <fstream>
 #include <ostream>
 #include <string>
-#include <thread>
 
 #include "Isolation.h"
 #include "Loader.h"
@@ -106,26 +105,6 @@ TEST(Isolation, TurnsACrashIntoAFailedReport) {
     EXPECT_FALSE(report.ok);
     EXPECT_EQ(report.file, "crash.step");
     EXPECT_NE(report.error.find("crashed"), std::string::npos) << report.error;
-}
-
-TEST(Isolation, GivesUpOnAWorkerPastItsTime) {
-    const FileReport report = runIsolated(
-        "slow.step",
-        []() -> FileReport {
-            std::this_thread::sleep_for(std::chrono::seconds(30));
-            return {};
-        },
-        0.2);
-    EXPECT_FALSE(report.ok);
-    EXPECT_NE(report.error.find("gave up after 0.2 s"), std::string::npos) << report.error;
-}
-
-TEST(Isolation, PassesTheWorkersReportBack) {
-    const FileReport report = runIsolated(
-        "sample", [] { return describe("sample", loadSample(LoadOptions()), nullptr); }, 60);
-    ASSERT_TRUE(report.ok) << report.error;
-    EXPECT_EQ(report.format, "sample");
-    EXPECT_EQ(report.records.front(), (std::pair<std::string, long long>("SCSceneTopo.nodes", 5)));
 }
 
 } // namespace

@@ -121,17 +121,8 @@ TEST_F(Sample, EveryTriangleLeadsToExactlyOneFaceOfItsNode) {
     }
 }
 
-TEST_F(Sample, BoxesNestAndOrientedBoxesFitTheParts) {
-    auto& scene = *doc().scene;
-    const auto& root = scene.boxes.getValue(0);
-    for (int node = 1; node < 5; ++node) {
-        const auto& box = scene.boxes.getValue(node);
-        ASSERT_TRUE(box.valid);
-        for (int axis = 0; axis < 3; ++axis) {
-            EXPECT_LE(root.min[axis], box.min[axis] + 1e-4f);
-            EXPECT_GE(root.max[axis], box.max[axis] - 1e-4f);
-        }
-    }
+// The root's box holding its parts is the pictures' business: they are framed by it.
+TEST_F(Sample, OrientedBoxesFitTheParts) {
     // The nut is 6.5 high: its thinnest principal axis is Z, half that long.
     const auto& nut = doc().resources->orientedBoxes.getValue(nodeNamed(L"nut"));
     ASSERT_TRUE(nut.valid);
@@ -160,11 +151,7 @@ TEST_F(Sample, LayersInfoAndEveryComponentFollowTheKeySpaces) {
     EXPECT_EQ(d.scene->links8.getValue(1), lockNut);
     EXPECT_STREQ(d.info->file(), L"");
     EXPECT_FLOAT_EQ(d.info->tolerance, static_cast<float>(loaded->deflection));
-
-    EXPECT_EQ(d.topo->nodeFlags.size(), 5);
-    EXPECT_EQ(d.runtime->visibility.sets[0].size(), 5u);
-    EXPECT_EQ(d.runtime->visibility.sets[2].size(), static_cast<std::size_t>(d.topo->faces.size()));
-    EXPECT_EQ(d.pmi->relation1.size(), 5);
+    // The sizes of every side table and bit set are the check's.
     EXPECT_EQ(lastKeyOf(d, LAYERS), 1);
     EXPECT_EQ(lastKeyOf(d, PMI_ITEMS), -1);
     EXPECT_EQ(lastKeyOf(d, 9), -1) << "a code the tool gives no meaning";
