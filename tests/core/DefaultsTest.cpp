@@ -52,6 +52,7 @@ TEST(Defaults, RecordsAndComponentsStartAsDocumented) {
     EXPECT_EQ((Ints{VertexInfo().stride, files.flagA, Measure().measureSetting, view.viewFlag,
                     views.viewMode, draft.settingFlag2}),
               Ints(6, 1));
+    EXPECT_EQ(SCStates().secondSetting + SCStates().firstSetting, 2);
     EXPECT_EQ((Ints{font.size, thickness.type(), draft.type(), SCFeatures().type(), drawing.type(),
                     vek2d::SCScene2D(static_cast<Schema::TYPE>(63)).type()}),
               (Ints{10, 33, 34, 22, 25, 63}));
@@ -77,6 +78,12 @@ TEST(Defaults, RecordsAndComponentsStartAsDocumented) {
     EXPECT_EQ(drawing.color, Color4());
     EXPECT_EQ(Section().normal, Point3(0, 0, 1));
     EXPECT_EQ(view.up, Point3(0, 1, 0));
+    // A state store starts with three empty containers of its own.
+    const SCStates states;
+    EXPECT_TRUE(states.firstStates->isEmpty() && states.secondStates->isEmpty() &&
+                states.typeStates->isEmpty());
+    EXPECT_NE(states.firstStates, states.secondStates);
+    EXPECT_NE(states.firstStates, SCStates().firstStates);
 }
 
 } // namespace

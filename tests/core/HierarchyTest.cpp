@@ -20,13 +20,6 @@ TEST(Hierarchy, AddChildGrowsToTheParentAndAppendsInOrder) {
     EXPECT_EQ(h.getValue(2), (List{7, 7, 1, 7, 0}));
     EXPECT_EQ(h.getValue(5), (List{9}));
     EXPECT_TRUE(h.getValue(4).empty());
-
-    h.addChild(0, List{3, 1, 3, 2});
-    h.addChild(3, List{-1, 4, -1});
-    h.removeDuplicates();
-    const List expected[] = {{1, 2, 3}, {}, {0, 1, 7}, {-1, 4}, {}, {9}};
-    for (int p = 0; p < 6; ++p)
-        EXPECT_EQ(h.getValue(p), expected[p]) << p;
 }
 
 // Short lists and long ones take different sorting paths; every length up to well past the

@@ -24,17 +24,6 @@ std::shared_ptr<T> logged(T* object, std::vector<std::string>& log, std::string 
     });
 }
 
-TEST(SCStates, StartsWithThreeEmptyContainersOfItsOwn) {
-    SCStates store;
-    ASSERT_TRUE(store.firstStates && store.secondStates && store.typeStates);
-    EXPECT_NE(store.firstStates, store.secondStates);
-    EXPECT_NE(store.firstStates, SCStates().firstStates);
-    EXPECT_TRUE(store.firstStates->isEmpty() && store.secondStates->isEmpty() &&
-                store.typeStates->isEmpty());
-    EXPECT_FALSE(store.firstSetting);
-    EXPECT_EQ(store.secondSetting, 2);
-}
-
 TEST(SCStates, RegistryNeverReplacesAndAnswersOnlyExactKeys) {
     SCStates store;
     const auto a = std::make_shared<NoOpExecutor>();
