@@ -57,10 +57,7 @@ Image draw(const Document& doc, int view, int width = 160, int height = 120) {
 // Where the root nodes' boxes land: their corners, turned by the preset, span a box whose
 // larger relative extent fills the picture but its margins, centred.
 struct Frame {
-    double left = 0;
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
+    double left, top, right, bottom;
 };
 
 Frame predictedFrame(const Document& doc, int view, int width, int height) {
@@ -217,10 +214,7 @@ TEST_F(Pictures, CoverWhatTheProjectedBoxesPredict) {
     for (const auto& model : *models)
         for (const int view : {0, 1, 2, 3}) {
             SCOPED_TRACE(model.name + ", view " + std::to_string(view));
-            const Image image = draw(*model.doc, view, 200, 150);
-            ASSERT_EQ(image.width, 200);
-            ASSERT_EQ(image.height, 150);
-            const Coverage c = coverageOf(image);
+            const Coverage c = coverageOf(draw(*model.doc, view, 200, 150));
             const Frame f = predictedFrame(*model.doc, view, 200, 150);
             ASSERT_GT(c.pixels, 0);
             // Inside the frame, give or take the pixel that a line on its border lands in.

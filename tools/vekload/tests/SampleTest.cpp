@@ -98,27 +98,6 @@ TEST_F(Sample, AFaceColouredApartGivesItsPartPerVertexColours) {
     EXPECT_NEAR(scene.meshMaterials.getValue(0).diffuse[0], 0.62f, 1e-3f);
 }
 
-TEST_F(Sample, EveryTriangleLeadsToExactlyOneFaceOfItsNode) {
-    auto& scene = *doc().scene;
-    auto& res = *doc().resources;
-    for (int mesh = 0; mesh < scene.meshes.size(); ++mesh) {
-        const int triangles = vertexCount(*scene.meshes.getValue(mesh)) / 3;
-        std::vector<int> faceOf(static_cast<std::size_t>(triangles), -1);
-        for (int p = 0; p < res.primitivesA.size(); ++p) {
-            if (res.primALinks1.getValue(p) != mesh) continue;
-            const auto& range = res.primitivesA.getValue(p);
-            for (int t = range.first / 3; t < (range.first + range.count) / 3; ++t) {
-                EXPECT_EQ(faceOf[static_cast<std::size_t>(t)], -1) << "overlapping ranges";
-                faceOf[static_cast<std::size_t>(t)] = range.id;
-            }
-        }
-        for (const int face : faceOf) {
-            ASSERT_GE(face, 0) << "a triangle of mesh " << mesh << " belongs to no face";
-            EXPECT_EQ(doc().topo->faceRefs2.getValue(face), scene.links6a.getValue(mesh));
-        }
-    }
-}
-
 // The root's box holding its parts is the pictures' business: they are framed by it.
 TEST_F(Sample, OrientedBoxesFitTheParts) {
     // The nut is 6.5 high: its thinnest principal axis is Z, half that long.
