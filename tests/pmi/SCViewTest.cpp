@@ -48,15 +48,11 @@ TEST(SCView, CleanupReleasesOnlyTheViewObjectAndResizeTouchesNothing) {
     const auto consumer = std::make_shared<int>(3);
     view.viewObject = consumer;
     view.currentView = 4;
-    view.previousView = 2;
-    view.viewMode = 0;
     EXPECT_TRUE(testing_support::resizeAsking(view, {{10, 20}, {16, 20}, {17, 20}}).empty());
     view.cleanup();
     EXPECT_EQ(consumer.use_count(), 1);
     expectPresets(view);
     EXPECT_EQ(view.currentView, 4);
-    EXPECT_EQ(view.previousView, 2);
-    EXPECT_EQ(view.viewMode, 0);
 }
 
 } // namespace
