@@ -48,7 +48,6 @@ TEST(Defaults, RecordsAndComponentsStartAsDocumented) {
               Ints(15, 0));
     EXPECT_EQ((Ints{entity.value0, entity.value1, entity.value2, entity.style, drawing.current}),
               Ints(5, 0));
-    EXPECT_TRUE(text.text.empty());
     EXPECT_EQ((Ints{VertexInfo().stride, files.flagA, Measure().measureSetting, view.viewFlag,
                     views.viewMode, draft.settingFlag2}),
               Ints(6, 1));
@@ -62,10 +61,7 @@ TEST(Defaults, RecordsAndComponentsStartAsDocumented) {
     EXPECT_EQ(sheet.tolerance, 0.001);
     EXPECT_EQ(entity.scale, 1.0);
 
-    // Names start empty or as one space; matrices are identities except where noted.
-    EXPECT_STREQ(node.name(), L"");
-    EXPECT_STREQ(font.name(), L"");
-    EXPECT_STREQ(info.file(), L"");
+    // Drawing names start as one space; matrices are identities except where noted.
     EXPECT_EQ(sheet.name + vek2d::View().name, L"  ");
     const Matrix identity = vekmath::MatrixUtils::createIdentity();
     for (int i = 0; i < 16; ++i)
@@ -73,9 +69,7 @@ TEST(Defaults, RecordsAndComponentsStartAsDocumented) {
     for (const Matrix& matrix : {Transform().matrix, text.matrix, Text3D(L"t").matrix})
         EXPECT_EQ(matrix, identity);
     EXPECT_EQ(entity.matrix, Matrix()) << "zeros, not the identity";
-    EXPECT_EQ((PairT<Matrix, int>().first), Matrix());
     EXPECT_EQ(sheet.color, Color4(0.0f, 0.0f, 0.0f, 1.0f));
-    EXPECT_EQ(drawing.color, Color4());
     EXPECT_EQ(Section().normal, Point3(0, 0, 1));
     EXPECT_EQ(view.up, Point3(0, 1, 0));
     // A state store starts with three empty containers of its own.
