@@ -67,10 +67,10 @@ TEST(HierarchySet, AddChildGrowsToTheParent) {
     veksg::HierarchySet h;
     h.addChild(1, std::set<int>{5, 3});
     h.addChild(1, 3);
-    h.removeChild(1, 5);
+    h.removeChild(1, 3);
     ASSERT_EQ(h.size(), 2);
     EXPECT_TRUE(h.getValue(0).empty());
-    EXPECT_EQ(h.getValue(1), (std::set<int>{3}));
+    EXPECT_EQ(h.getValue(1), (std::set<int>{5}));
 }
 
 TEST(Set, MoveAssignmentReplacesTheTargetAndEmptiesTheSource) {

@@ -29,6 +29,10 @@ TEST(SCTempGraphics, CleanupReleasesTableByTableNullingEachEntryFirst) {
     watch(graphics.tempShared3, "tempShared3", new int(3));
 
     graphics.cleanup();
+    EXPECT_EQ(graphics.texts3d.size() + graphics.leaders.size() + graphics.tempShared1.size() +
+                  graphics.tempShared2.size() + graphics.measures.size() +
+                  graphics.tempShared3.size(),
+              0);
     EXPECT_EQ(released, (std::vector<std::string>{
                             "texts3d null", "leaders null", "tempShared1 null", "tempShared2 null",
                             "measures null", "tempShared3 null after values"}));
