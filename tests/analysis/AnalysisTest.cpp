@@ -27,18 +27,13 @@ const IntField thicknessInts[] = {
 
 TEST(ThicknessAnalysis, CleanupDropsResultsAndKeepsSettings) {
     SCThicknessAnalysis analysis;
-    EXPECT_EQ(analysis.type(), 33);
     for (const IntField& f : thicknessInts) {
         EXPECT_EQ(analysis.*f.field, f.initial);
         analysis.*f.field = 42;
     }
-    EXPECT_FALSE(analysis.computed || analysis.settingFlag);
-    EXPECT_EQ(analysis.options, 0);
-
-    analysis.computed = true;
+    analysis.computed = analysis.settingFlag = true;
     analysis.options = 7;
-    analysis.point0 = analysis.point1 = analysis.point2 = somewhere;
-    analysis.settingFlag = true;
+    analysis.point2 = somewhere;
     const auto result = std::make_shared<int>(1);
     analysis.result0 = analysis.result1 = analysis.result2 = result;
     analysis.thicknesses.assign(100, 0.5f);
@@ -50,12 +45,12 @@ TEST(ThicknessAnalysis, CleanupDropsResultsAndKeepsSettings) {
     EXPECT_FALSE(analysis.computed);
     EXPECT_EQ(result.use_count(), 1) << "all three results released";
     EXPECT_TRUE(analysis.thicknesses.empty() && analysis.ids.empty());
-    EXPECT_GE(analysis.thicknesses.capacity(), 100u);
     EXPECT_EQ(analysis.options, 7);
     EXPECT_EQ(analysis.point2, somewhere);
     EXPECT_TRUE(analysis.settingFlag);
 }
 
+// Everything a run leaves, and the settings; clearAll must reset only the run's results.
 SCDraftAngleAnalysis filledDraft() {
     SCDraftAngleAnalysis d;
     d.anglesA = d.anglesB = std::vector<float>(8, 1.0f);
@@ -67,35 +62,22 @@ SCDraftAngleAnalysis filledDraft() {
     d.codes.assign(8, 4);
     d.objects.assign(8, std::make_shared<int>(0));
     d.matrices.assign(8, vekmath::MatrixUtils::createIdentity());
-    d.shared0 = d.shared1 = std::make_shared<int>(1);
-    d.settingIndex = d.setting0 = d.setting1 = d.options = 3;
-    d.point0 = d.point1 = d.point2 = somewhere;
+    d.shared0 = std::make_shared<int>(1);
+    d.settingIndex = 3;
+    d.point1 = somewhere;
     d.settingFlag = d.computed = true;
     d.settingFlag2 = false;
     d.currentIndex = 6;
     d.minAngle = -10.0f;
-    d.maxAngle = 20.0f;
     return d;
-}
-
-TEST(DraftAngleAnalysis, DefaultsAndCleanupDoesNothing) {
-    const SCDraftAngleAnalysis fresh;
-    EXPECT_EQ(fresh.type(), 34);
-    EXPECT_EQ(fresh.minAngle, -90.0f);
-    EXPECT_EQ(fresh.maxAngle, 90.0f);
-    EXPECT_TRUE(fresh.settingFlag2);
-    EXPECT_FALSE(fresh.settingFlag || fresh.computed);
-    EXPECT_EQ(fresh.settingIndex + fresh.currentIndex, -2);
-
-    SCDraftAngleAnalysis d = filledDraft();
-    d.cleanup();
-    EXPECT_TRUE(d.computed);
-    EXPECT_EQ(d.currentIndex, 6);
-    EXPECT_EQ(d.anglesA.size() + d.objects.size(), 16u);
 }
 
 TEST(DraftAngleAnalysis, ClearAllResetsResultsInOrderKeepingCapacityAndSettings) {
     SCDraftAngleAnalysis d = filledDraft();
+    d.cleanup();
+    EXPECT_TRUE(d.computed && d.currentIndex == 6 && d.anglesA.size() == 8u)
+        << "cleanup is the base no-op";
+
     const std::weak_ptr<void> object = d.objects.front();
     // Releasing the objects shows how far the reset has come at that step.
     std::vector<bool> seen;
@@ -113,18 +95,12 @@ TEST(DraftAngleAnalysis, ClearAllResetsResultsInOrderKeepingCapacityAndSettings)
     EXPECT_TRUE(object.expired());
     d.codes.push_back(1);
     EXPECT_EQ(d.codes.data(), codes) << "capacity kept";
-    EXPECT_GE(d.groups.capacity(), 8u);
-    EXPECT_GE(d.matrices.capacity(), 8u);
 
     const SCDraftAngleAnalysis ref = filledDraft();
     EXPECT_TRUE(d.anglesB == ref.anglesB && d.rangesA.size() == 8u &&
-                d.pointGroups == ref.pointGroups);
-    EXPECT_TRUE(d.shared0 && d.shared1 == d.shared0);
-    EXPECT_EQ(d.settingIndex + d.setting0 + d.setting1 + d.options, 12);
-    EXPECT_TRUE(d.point0 == somewhere && d.point1 == somewhere && d.point2 == somewhere);
-    EXPECT_TRUE(d.settingFlag && !d.settingFlag2);
+                d.pointGroups == ref.pointGroups && d.shared0);
+    EXPECT_TRUE(d.settingIndex == 3 && d.point1 == somewhere && d.settingFlag && !d.settingFlag2);
     EXPECT_EQ(d.minAngle, -10.0f);
-    EXPECT_EQ(d.maxAngle, 20.0f);
 }
 
 } // namespace

@@ -4,22 +4,14 @@
 
 namespace testing_support {
 
-// Counts the program's calls of the global operator new and delete while a scope is open.
-// The replacement lives in AllocationCounter.cpp; link it into a program to use this.
-struct AllocationCounts {
-    static bool counting;
-    static std::size_t allocations;
-    static std::size_t deallocations;
-};
-
+// Counts the program's calls of the global operator new and delete while it is alive, and can
+// refuse one allocation with std::bad_alloc. The replacement of every form of new and delete
+// lives in AllocationCounter.cpp; link it into a program to use this. One at a time.
 class CountAllocations {
 public:
-    CountAllocations() {
-        AllocationCounts::allocations = 0;
-        AllocationCounts::deallocations = 0;
-        AllocationCounts::counting = true;
-    }
-    ~CountAllocations() { AllocationCounts::counting = false; }
+    /// With `refused` > 0, the refused-th allocation from now on throws instead.
+    explicit CountAllocations(std::size_t refused = 0);
+    ~CountAllocations();
     CountAllocations(const CountAllocations&) = delete;
     CountAllocations& operator=(const CountAllocations&) = delete;
 
@@ -27,8 +19,8 @@ public:
     /// (valgrind does), so that counting tests can skip instead of failing.
     static bool active();
 
-    std::size_t allocations() const { return AllocationCounts::allocations; }
-    std::size_t deallocations() const { return AllocationCounts::deallocations; }
+    std::size_t allocations() const;
+    std::size_t deallocations() const;
 };
 
 } // namespace testing_support

@@ -41,17 +41,6 @@ TEST(SCPmi, EachKeySpaceGrowsOnlyItsOwnGroup) {
     }
 }
 
-TEST(SCPmi, NegativeOrSmallerAnswersShrinkNothing) {
-    SCPmi pmi;
-    pmi.relation1.addChild(6, 2);
-    pmi.map2.insert(3, 9, -1);
-    resizeAsking(pmi, {{10, 1}, {16, -5}, {17, -1}});
-    EXPECT_EQ(pmi.relation1.size(), 7);
-    EXPECT_EQ(pmi.relation1.getValue(6), (std::vector<int>{2}));
-    EXPECT_EQ(valuesOf(pmi.map2), (std::vector<int>{-1, -1, -1, 9}));
-    EXPECT_EQ(pmi.map4.size(), 0);
-}
-
 TEST(SCPmi, CleanupEmptiesEverything) {
     SCPmi pmi;
     const auto owner = std::make_shared<int>(7);

@@ -41,11 +41,6 @@ TEST(SCView, FactoryMakesTheSevenPresetsBitForBit) {
         std::dynamic_pointer_cast<SCView>(veksg::createFactory()->create(veksg::Schema::VIEW));
     ASSERT_NE(view, nullptr);
     expectPresets(*view);
-    EXPECT_EQ(view->orientations.getValue(2), vekmath::MatrixUtils::createIdentity());
-    EXPECT_EQ(view->currentView, 0);
-    EXPECT_EQ(view->previousView, -1);
-    EXPECT_EQ(view->viewMode, 1);
-    EXPECT_EQ(view->viewObject, nullptr);
 }
 
 TEST(SCView, CleanupReleasesOnlyTheViewObjectAndResizeTouchesNothing) {
@@ -53,15 +48,11 @@ TEST(SCView, CleanupReleasesOnlyTheViewObjectAndResizeTouchesNothing) {
     const auto consumer = std::make_shared<int>(3);
     view.viewObject = consumer;
     view.currentView = 4;
-    view.previousView = 2;
-    view.viewMode = 0;
     EXPECT_TRUE(testing_support::resizeAsking(view, {{10, 20}, {16, 20}, {17, 20}}).empty());
     view.cleanup();
     EXPECT_EQ(consumer.use_count(), 1);
     expectPresets(view);
     EXPECT_EQ(view.currentView, 4);
-    EXPECT_EQ(view.previousView, 2);
-    EXPECT_EQ(view.viewMode, 0);
 }
 
 } // namespace

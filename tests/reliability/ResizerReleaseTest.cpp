@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include "vek2d/SCScene2D.h"
 #include "veksg/veksg.h"
 
 namespace {
@@ -159,22 +158,5 @@ INSTANTIATE_TEST_SUITE_P(Failures, ResizerRelease,
                              return std::string(info.param == FailingResizer::refuse ? "Refused"
                                                                                      : "TooLarge");
                          });
-
-// Components that never ask still give the resizer back, whatever it would have done.
-TEST(ResizerRelease, ComponentsThatNeverAsk) {
-    std::vector<std::shared_ptr<Schema>> components;
-    const auto factory = createFactory();
-    for (int code : {4, 5, 6, 7, 8, 10, 11, 13, 28, 29, 32, 35})
-        components.push_back(factory->create(static_cast<short>(code)));
-    components.push_back(std::make_shared<SCThicknessAnalysis>());
-    components.push_back(std::make_shared<SCDraftAngleAnalysis>());
-    components.push_back(std::make_shared<vek2d::SCScene2D>());
-    for (const auto& component : components) {
-        auto resizer = std::make_shared<FailingResizer>(1, FailingResizer::refuse);
-        EXPECT_NO_THROW(component->resize(resizer)) << component->type();
-        EXPECT_TRUE(resizer->asked.empty()) << component->type();
-        EXPECT_EQ(resizer.use_count(), 1) << component->type();
-    }
-}
 
 } // namespace

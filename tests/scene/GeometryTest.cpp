@@ -14,27 +14,6 @@ static_assert(sizeof(veksg::VNC) == 10 * sizeof(float) && sizeof(veksg::CNV) == 
 static_assert(sizeof(veksg::VNT) == 8 * sizeof(float) && sizeof(veksg::TNV) == 8 * sizeof(float));
 static_assert(std::is_trivially_copyable_v<veksg::VNC> && std::is_trivially_copyable_v<veksg::TNV>);
 
-TEST(Records, Defaults) {
-    const veksg::PrimitiveInfo p;
-    const veksg::VertexInfo v;
-    const veksg::Node n;
-    const veksg::Face f;
-    const veksg::Edge e;
-    // Identifiers that name a table key start at -1, counts and codes at 0.
-    EXPECT_EQ((std::vector<int>{p.id, n.id, n.ref, f.id, e.id, e.ref, veksg::Vertex().id,
-                                veksg::Surface().id, veksg::Curve().id}),
-              std::vector<int>(9, -1));
-    EXPECT_EQ(
-        (std::vector<int>{p.first, p.count, p.mode, v.count, veksg::IndexInfo().count, e.kind}),
-        std::vector<int>(6, 0));
-    EXPECT_EQ(v.stride, 1);
-    EXPECT_FALSE(n.flag || f.flag || veksg::BBox().valid || OBBox().valid);
-    EXPECT_STREQ(n.name(), L"");
-    // An identity that is not marked as set.
-    EXPECT_EQ(veksg::Transform().matrix, vekmath::MatrixUtils::createIdentity());
-    EXPECT_FALSE(veksg::Transform().valid);
-}
-
 TEST(OBBox, CornersFollowTheirNames) {
     OBBox box;
     box.center = Point3(10.0f, 20.0f, 30.0f);

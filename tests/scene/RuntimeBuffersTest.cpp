@@ -14,7 +14,7 @@ using veksg::PolylineRT;
 using veksg::TextRT;
 using veksg::VertexRT;
 
-// Calls `f` on every table of a batched buffer, in declaration order.
+// Calls `f` on every table of a batched buffer.
 template <typename Buffer, typename F>
 void eachTable(Buffer& b, F f) {
     f(b.instances);
@@ -28,66 +28,28 @@ void eachTable(Buffer& b, F f) {
     f(b.refs6);
 }
 
-// Where each table's values live; unchanged addresses mean that no table reallocated.
-template <typename Buffer>
-std::vector<const void*> storage(Buffer& b) {
-    std::vector<const void*> addresses;
-    eachTable(b, [&](auto& table) { addresses.push_back(&*table.begin()); });
-    return addresses;
-}
-
-template <typename Buffer>
-std::vector<int> sizes(Buffer& b) {
-    std::vector<int> result;
-    eachTable(b, [&](auto& table) { result.push_back(table.size()); });
-    return result;
-}
-
-// Grows every table to `last` and expects it to allocate nothing and move no table.
-template <typename Buffer>
-void expectRoomFor(Buffer& b, int last, const std::vector<const void*>& where) {
-    const CountAllocations counting;
-    eachTable(b, [last](auto& table) { table.resizeToFitKey(last, {}); });
-    EXPECT_EQ(counting.allocations(), 0u);
-    EXPECT_EQ(storage(b), where);
-}
-
-template <typename Buffer>
-void expectDirty(const Buffer& b, bool dirty) {
-    if constexpr (!std::is_same_v<Buffer, VertexRT>) {
-        EXPECT_EQ(b.dirty, dirty);
-    }
-}
-
 template <typename Buffer>
 class BatchedBuffer : public testing::Test {};
 using BatchedBuffers = testing::Types<MeshRT, PolylineRT, VertexRT, TextRT>;
 TYPED_TEST_SUITE(BatchedBuffer, BatchedBuffers);
 
-TYPED_TEST(BatchedBuffer, ReserveSizesEveryTableAtOnceAndClearKeepsThatStorage) {
+// Refilled to the reserved size without one allocation: reserve reached every table and clear
+// kept their storage.
+TYPED_TEST(BatchedBuffer, ReserveAndClearReachEveryTableAndClearKeepsTheStorage) {
     SKIP_UNLESS_COUNTING_ALLOCATIONS();
     TypeParam buffer;
     eachTable(buffer, [](auto& table) { table.resizeToFitKey(2, {}); });
-    buffer.lists.setValue(0, {1, 2, 3});
     if constexpr (!std::is_same_v<TypeParam, VertexRT>) buffer.dirty = true;
-    const auto before = storage(buffer);
     testing_support::expectLengthError([&] { buffer.reserve(-1); }, "vector too long");
-    EXPECT_EQ(storage(buffer), before);
-
     buffer.reserve(16);
-    buffer.reserve(4);
-    const auto reserved = storage(buffer);
-    EXPECT_EQ(sizes(buffer), std::vector<int>(before.size(), 3));
-    EXPECT_EQ(buffer.lists.getValue(0), (std::vector<int>{1, 2, 3}));
-    expectDirty(buffer, true);
-    {
-        const CountAllocations counting;
-        buffer.clear();
-        EXPECT_EQ(counting.deallocations(), 1u) << "only the one list that held anything";
+    buffer.clear();
+    eachTable(buffer, [](auto& table) { EXPECT_EQ(table.size(), 0); });
+    if constexpr (!std::is_same_v<TypeParam, VertexRT>) {
+        EXPECT_FALSE(buffer.dirty);
     }
-    EXPECT_EQ(sizes(buffer), std::vector<int>(before.size(), 0));
-    expectDirty(buffer, false);
-    expectRoomFor(buffer, 15, reserved);
+    const CountAllocations counting;
+    eachTable(buffer, [](auto& table) { table.resizeToFitKey(15, {}); });
+    EXPECT_EQ(counting.allocations(), 0u);
 }
 
 TEST(VisibilityRT, ClearReleasesEveryChainBeforeEmptyingTheSets) {
@@ -123,6 +85,7 @@ TEST(SelectionRT, CopiesAreExactAndAssignmentKeepsTheTargetsStorage) {
 
     auto source = selectionOf({7, 8});
     source.selection[3] = {};
+    source.selection[5] = {4};
     source.selection[10].assign(40, 9);
     EXPECT_EQ(veksg::SelectionRT(source).selection, source.selection);
     target = source;

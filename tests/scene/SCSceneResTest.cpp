@@ -43,7 +43,7 @@ TEST(SCSceneRes, OtherParallelTablesGrowWithoutShrinkingAndCleanupKeepsThem) {
     SCSceneRes res;
     res.vertexInfos.resizeToFitKey(1, nullptr);
     res.indexInfos.resizeToFitKey(2, nullptr);
-    res.fonts.insert(veksg::Font());
+    res.fonts.resizeToFitKey(2, veksg::Font());
     res.fontLists.insert(std::vector<int>{4, 4});
     res.fontLists.insert(std::vector<int>{});
     res.texts.resizeToFitKey(3, veksg::Text());
@@ -55,7 +55,7 @@ TEST(SCSceneRes, OtherParallelTablesGrowWithoutShrinkingAndCleanupKeepsThem) {
     EXPECT_EQ(valuesOf(res.indexLinks), std::vector<int>(3, -1));
     for (const auto* lists : {&res.indexLists1, &res.indexLists2, &res.indexLists3})
         EXPECT_EQ(valuesOf(*lists), std::vector<std::vector<int>>(3));
-    EXPECT_EQ(valuesOf(res.fontLists), (std::vector<std::vector<int>>{{4, 4}, {}}));
+    EXPECT_EQ(valuesOf(res.fontLists), (std::vector<std::vector<int>>{{4, 4}, {}, {}}));
     EXPECT_EQ(res.textLinksA.size(), 4);
     EXPECT_EQ(res.textLinksB.size(), 7);
     EXPECT_EQ(res.textLinksB.getValue(6), 9);

