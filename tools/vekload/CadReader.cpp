@@ -110,7 +110,7 @@ void rejectFailures(XSControl_Reader& reader, const char* format) {
 
 class ProgressAdapter : public Message_ProgressIndicator {
 public:
-    explicit ProgressAdapter(ProgressBar& bar) : bar(bar) {}
+    explicit ProgressAdapter(Progress& bar) : bar(bar) {}
 
 protected:
     void Show(const Message_ProgressScope&, const Standard_Boolean) override {
@@ -118,7 +118,7 @@ protected:
     }
 
 private:
-    ProgressBar& bar;
+    Progress& bar;
 };
 
 Matrix toMatrix(const gp_Trsf& trsf) {
@@ -386,10 +386,10 @@ public:
         return "sample";
     }
 
-    void read(ProgressBar& progress) override {
+    void read(Progress& progress) override {
         guarded([&] { readShapes(progress); });
     }
-    void tessellate(ProgressBar& progress) override {
+    void tessellate(Progress& progress) override {
         guarded([&] { mesh(progress); });
     }
     void fill(DocumentBuilder& builder) override {
@@ -411,8 +411,8 @@ private:
                             ": " + failure.GetMessageString());
         }
     }
-    void readShapes(ProgressBar& progress);
-    void mesh(ProgressBar& progress);
+    void readShapes(Progress& progress);
+    void mesh(Progress& progress);
     template <typename DocumentReader>
     void transfer(DocumentReader& reader, XSControl_Reader& plain, const char* format,
                   const Message_ProgressRange& range);
@@ -436,7 +436,7 @@ private:
     double usedDeflection = 0;
 };
 
-void CadReader::readShapes(ProgressBar& progress) {
+void CadReader::readShapes(Progress& progress) {
     Handle(ProgressAdapter) indicator = new ProgressAdapter(progress);
     if (kind == CadFormat::Step) {
         STEPCAFControl_Reader reader;
@@ -506,7 +506,7 @@ TopoDS_Compound CadReader::allRoots() const {
     return all;
 }
 
-void CadReader::mesh(ProgressBar& progress) {
+void CadReader::mesh(Progress& progress) {
     const TopoDS_Compound all = allRoots();
     usedDeflection = options.deflection;
     if (usedDeflection <= 0) {

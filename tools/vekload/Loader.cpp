@@ -17,6 +17,15 @@ namespace vekload {
 namespace fs = std::filesystem;
 
 Reader::~Reader() = default;
+Progress::~Progress() = default;
+
+namespace {
+class NoProgress : public Progress {
+public:
+    void phase(const char*) override {}
+    void update(double) override {}
+};
+} // namespace
 
 double seconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
@@ -32,8 +41,8 @@ LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions&
     LoadResult result;
     result.format = reader.format();
     result.document = std::make_unique<Document>();
-    ProgressBar progress(path.empty() ? "sample" : fs::path(path).filename().string(),
-                         options.progress);
+    NoProgress silent;
+    Progress& progress = options.progress ? *options.progress : silent;
     try {
         const double start = seconds();
         progress.phase("reading");

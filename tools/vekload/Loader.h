@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Document.h"
+#include "Progress.h"
 
 namespace vekload {
 
@@ -12,7 +13,8 @@ struct LoadOptions {
     /// Chordal deflection of the tessellation in model units; 0 or less picks one from the
     /// model's size.
     double deflection = 0;
-    bool progress = false;
+    /// Told how the load proceeds; not owned, null for none.
+    Progress* progress = nullptr;
 };
 
 /// Seconds spent in each phase of a load.

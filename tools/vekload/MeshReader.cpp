@@ -23,7 +23,7 @@ namespace {
 // phase of its own here.
 class ProgressAdapter : public Assimp::ProgressHandler {
 public:
-    explicit ProgressAdapter(ProgressBar& bar) : bar(bar) {}
+    explicit ProgressAdapter(Progress& bar) : bar(bar) {}
     bool Update(float percentage) override {
         if (percentage >= 0) bar.update(2.0 * (percentage - start));
         return true;
@@ -31,7 +31,7 @@ public:
     void startPostProcessing() { start = 0.5; }
 
 private:
-    ProgressBar& bar;
+    Progress& bar;
     double start = 0.0;
 };
 
@@ -181,7 +181,7 @@ public:
 
     const char* format() const override { return name.c_str(); }
 
-    void read(ProgressBar& progress) override {
+    void read(Progress& progress) override {
         if (name == "STL") checkStlComplete(path);
         progressAdapter = new ProgressAdapter(progress);
         importer.SetProgressHandler(progressAdapter);
@@ -189,7 +189,7 @@ public:
         failIfEmpty("not a readable mesh file");
     }
 
-    void tessellate(ProgressBar&) override {
+    void tessellate(Progress&) override {
         progressAdapter->startPostProcessing();
         scene = importer.ApplyPostProcessing(aiProcess_Triangulate | aiProcess_GenSmoothNormals |
                                              aiProcess_SortByPType);

@@ -1,35 +1,20 @@
 #pragma once
 
-#include <string>
-
 namespace vekload {
 
-/// A one-line progress bar on stderr, drawn only when stderr is a terminal and only when
-/// the shown percentage changes.
-class ProgressBar {
+/// How far a load has come, told to whoever shows it: a terminal bar, a viewer's status
+/// line. Calls come from the loading thread and, during tessellation, from the mesher's.
+class Progress {
 public:
-    /// `enabled` false makes every call a no-op.
-    ProgressBar(std::string label, bool enabled);
-    ~ProgressBar();
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
+    Progress() = default;
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    virtual ~Progress();
 
-    /// Names the running phase; the fraction restarts at zero.
-    void phase(const char* name);
-    /// `fraction` of the running phase done, 0 to 1.
-    void update(double fraction);
-
-private:
-    void draw();
-
-    std::string label;
-    const char* phaseName = "";
-    int shown = -1;
-    int percent = 0;
-    bool enabled;
+    /// A phase of the load begins ("reading", "tessellating"); its fraction restarts at zero.
+    virtual void phase(const char* name) = 0;
+    /// `fraction` of the running phase is done, 0 to 1.
+    virtual void update(double fraction) = 0;
 };
-
-/// Whether stderr is a terminal.
-bool stderrIsTerminal();
 
 } // namespace vekload

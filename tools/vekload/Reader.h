@@ -18,8 +18,8 @@ public:
     virtual ~Reader();
 
     virtual const char* format() const = 0;
-    virtual void read(ProgressBar& progress) = 0;
-    virtual void tessellate(ProgressBar& progress) = 0;
+    virtual void read(Progress& progress) = 0;
+    virtual void tessellate(Progress& progress) = 0;
     virtual void fill(DocumentBuilder& builder) = 0;
     /// The deflection the tessellation used, 0 when the file held triangles already.
     virtual double deflection() const { return 0; }

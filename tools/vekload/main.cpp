@@ -2,6 +2,7 @@
 // reports what each load made of them.
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <string>
@@ -12,7 +13,7 @@
 #include "Loader.h"
 #include "Options.h"
 #include "Png.h"
-#include "Progress.h"
+#include "ProgressBar.h"
 #include "Render.h"
 #include "Report.h"
 
@@ -25,6 +26,11 @@ void drawPicture(const vekload::Document& document, const vekload::Options& opti
     picture.height = options.height;
     picture.view = options.view;
     vekload::writePng(options.png, vekload::render(document, picture));
+}
+
+vekload::LoadOptions reportingTo(vekload::Progress& progress, vekload::LoadOptions options) {
+    options.progress = &progress;
+    return options;
 }
 
 // A picture that cannot be written fails its file like a load does.
@@ -61,13 +67,20 @@ int main(int argc, char** argv) {
 
     vekload::LoadOptions load;
     load.deflection = options.deflection;
-    load.progress = vekload::stderrIsTerminal();
+    const bool terminal = vekload::stderrIsTerminal();
 
+    // Each load draws its own bar, which clears its line when the load is over.
     std::vector<std::pair<std::string, std::function<vekload::LoadResult()>>> jobs;
     if (options.files.empty())
-        jobs.emplace_back(sampleName, [&load] { return vekload::loadSample(load); });
+        jobs.emplace_back(sampleName, [&load, terminal] {
+            vekload::ProgressBar bar("sample", terminal);
+            return vekload::loadSample(reportingTo(bar, load));
+        });
     for (const std::string& file : options.files)
-        jobs.emplace_back(file, [&load, file] { return vekload::loadFile(file, load); });
+        jobs.emplace_back(file, [&load, terminal, file] {
+            vekload::ProgressBar bar(std::filesystem::path(file).filename().string(), terminal);
+            return vekload::loadFile(file, reportingTo(bar, load));
+        });
 
     std::vector<vekload::FileReport> reports;
     int printed = 0;

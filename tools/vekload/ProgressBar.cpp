@@ -1,4 +1,4 @@
-#include "Progress.h"
+#include "ProgressBar.h"
 
 #include <unistd.h>
 
