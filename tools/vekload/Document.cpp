@@ -42,33 +42,4 @@ void Document::resizeAll() {
         component->resize(resizer);
 }
 
-const char* componentName(const veksg::Schema& component) {
-    switch (component.type()) {
-    case veksg::Schema::SCENE:
-        return "SCScene";
-    case veksg::Schema::SCENE_TOPO:
-        return "SCSceneTopo";
-    case veksg::Schema::SCENE_RES:
-        return "SCSceneRes";
-    case veksg::Schema::SCENE_RT:
-        return "SCSceneRT";
-    case veksg::Schema::PMI_DATA:
-        return "SCPmi";
-    case veksg::Schema::VIEW:
-        return "SCView";
-    case veksg::Schema::STATES:
-        return "SCStates";
-    case veksg::Schema::TEMP_GRAPHICS:
-        return "SCTempGraphics";
-    case veksg::Schema::ATTRIBUTES:
-        return "SCAttributes";
-    case veksg::Schema::INFO:
-        return "SCInfo";
-    case veksg::Schema::LAYER:
-        return "SCLayer";
-    default:
-        return "Schema";
-    }
-}
-
 } // namespace vekload

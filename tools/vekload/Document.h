@@ -33,7 +33,4 @@ struct Document {
     void resizeAll();
 };
 
-/// A component's class name, for reports.
-const char* componentName(const veksg::Schema& component);
-
 } // namespace vekload
