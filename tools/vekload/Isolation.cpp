@@ -15,6 +15,8 @@
 
 namespace vekload {
 
+using vekhost::seconds;
+
 namespace {
 FileReport failed(const std::string& file, const std::string& cause) {
     FileReport report;

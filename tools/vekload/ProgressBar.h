@@ -8,7 +8,7 @@ namespace vekload {
 
 /// A one-line progress bar on stderr, drawn only when stderr is a terminal and only when
 /// the shown percentage changes.
-class ProgressBar : public Progress {
+class ProgressBar : public vekhost::Progress {
 public:
     /// `enabled` false makes every call a no-op.
     ProgressBar(std::string label, bool enabled);

@@ -12,6 +12,11 @@
 
 namespace vekload {
 
+using vekhost::Document;
+using vekhost::Matrix;
+using vekhost::Vec3;
+using vekhost::vertexCount;
+
 namespace {
 using Color = std::array<double, 3>;
 

@@ -54,6 +54,6 @@ int frameMargin(int width, int height);
 /// up and towards the viewer. The view is fitted to the projected corners of the root nodes'
 /// `boxes`, centred, with `frameMargin` pixels to spare. Throws std::invalid_argument for a
 /// view key the document does not hold or a size below one pixel.
-Image render(const Document& document, const RenderOptions& options);
+Image render(const vekhost::Document& document, const RenderOptions& options);
 
 } // namespace vekload

@@ -17,6 +17,13 @@
 
 namespace vekload {
 
+using vekhost::CheckResult;
+using vekhost::Document;
+using vekhost::jsonEscape;
+using vekhost::LoadResult;
+using vekhost::PhaseTimes;
+using vekhost::vertexCount;
+
 namespace {
 // Bytes held by a component: the object itself and what its tables hold on the heap,
 // following shared meshes and polylines once each. Host-owned objects behind shared pointers

@@ -18,21 +18,22 @@ struct FileReport {
     bool ok = false;
     std::string error;
     std::string format;
-    PhaseTimes times;
+    vekhost::PhaseTimes times;
     double deflection = 0;
     /// "Component.table" and its number of records.
     Figures records;
     /// Component and the bytes its tables hold (a mesh shared by several keys counts once).
     Figures bytes;
     bool checked = false;
-    CheckResult check;
+    vekhost::CheckResult check;
 };
 
-Figures recordCounts(const Document& document);
-Figures componentBytes(const Document& document);
+Figures recordCounts(const vekhost::Document& document);
+Figures componentBytes(const vekhost::Document& document);
 
 /// The report of a loaded file; `check` may be null.
-FileReport describe(const std::string& file, const LoadResult& result, const CheckResult* check);
+FileReport describe(const std::string& file, const vekhost::LoadResult& result,
+                    const vekhost::CheckResult* check);
 
 void printText(std::ostream& out, const FileReport& report);
 void printJson(std::ostream& out, const std::vector<FileReport>& reports);

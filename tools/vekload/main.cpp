@@ -20,7 +20,7 @@
 namespace {
 constexpr const char* sampleName = "flanged-bolt (built-in sample)";
 
-void drawPicture(const vekload::Document& document, const vekload::Options& options) {
+void drawPicture(const vekhost::Document& document, const vekload::Options& options) {
     vekload::RenderOptions picture;
     picture.width = options.width;
     picture.height = options.height;
@@ -28,20 +28,20 @@ void drawPicture(const vekload::Document& document, const vekload::Options& opti
     vekload::writePng(options.png, vekload::render(document, picture));
 }
 
-vekload::LoadOptions reportingTo(vekload::Progress& progress, vekload::LoadOptions options) {
+vekhost::LoadOptions reportingTo(vekhost::Progress& progress, vekhost::LoadOptions options) {
     options.progress = &progress;
     return options;
 }
 
 // A picture that cannot be written fails its file like a load does.
 vekload::FileReport loadAndDescribe(const std::string& label,
-                                    const std::function<vekload::LoadResult()>& load,
+                                    const std::function<vekhost::LoadResult()>& load,
                                     const vekload::Options& options) {
     try {
-        const vekload::LoadResult result = load();
+        const vekhost::LoadResult result = load();
         if (!options.png.empty()) drawPicture(*result.document, options);
         if (!options.check) return vekload::describe(label, result, nullptr);
-        const vekload::CheckResult consistency = vekload::checkDocument(*result.document);
+        const vekhost::CheckResult consistency = vekhost::checkDocument(*result.document);
         return vekload::describe(label, result, &consistency);
     } catch (const std::exception& error) {
         vekload::FileReport report;
@@ -65,21 +65,21 @@ int main(int argc, char** argv) {
         return 0;
     }
 
-    vekload::LoadOptions load;
+    vekhost::LoadOptions load;
     load.deflection = options.deflection;
     const bool terminal = vekload::stderrIsTerminal();
 
     // Each load draws its own bar, which clears its line when the load is over.
-    std::vector<std::pair<std::string, std::function<vekload::LoadResult()>>> jobs;
+    std::vector<std::pair<std::string, std::function<vekhost::LoadResult()>>> jobs;
     if (options.files.empty())
         jobs.emplace_back(sampleName, [&load, terminal] {
             vekload::ProgressBar bar("sample", terminal);
-            return vekload::loadSample(reportingTo(bar, load));
+            return vekhost::loadSample(reportingTo(bar, load));
         });
     for (const std::string& file : options.files)
         jobs.emplace_back(file, [&load, terminal, file] {
             vekload::ProgressBar bar(std::filesystem::path(file).filename().string(), terminal);
-            return vekload::loadFile(file, reportingTo(bar, load));
+            return vekhost::loadFile(file, reportingTo(bar, load));
         });
 
     std::vector<vekload::FileReport> reports;

@@ -12,6 +12,7 @@
 #include "Text.h"
 
 namespace vekload::test {
+using namespace vekhost;
 namespace {
 
 double length(const Vec3& v) {

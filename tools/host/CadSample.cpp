@@ -20,7 +20,7 @@
 
 #include <cmath>
 
-namespace vekload {
+namespace vekhost {
 
 namespace {
 // An M8 flanged hex bolt with a washer and two nuts, in millimetres; the bolt's axis is Z
@@ -129,4 +129,4 @@ void buildSample(const Handle(TDocStd_Document) & document) {
     shapes->UpdateAssemblies();
 }
 
-} // namespace vekload
+} // namespace vekhost

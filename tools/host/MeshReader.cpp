@@ -16,7 +16,7 @@
 
 #include "Text.h"
 
-namespace vekload {
+namespace vekhost {
 
 namespace {
 // Assimp reports reading as its first half and post-processing as its second; each is a
@@ -251,4 +251,4 @@ std::unique_ptr<Reader> makeMeshReader(const std::string& path) {
     return std::make_unique<MeshReader>(path);
 }
 
-} // namespace vekload
+} // namespace vekhost

@@ -9,7 +9,7 @@
 #include "Check.h"
 #include "Loader.h"
 
-namespace vekload::test {
+namespace vekhost::test {
 namespace {
 
 struct Damage {
@@ -74,4 +74,4 @@ INSTANTIATE_TEST_SUITE_P(Cases, DamagedDocument, testing::ValuesIn(damages),
                          });
 
 } // namespace
-} // namespace vekload::test
+} // namespace vekhost::test

@@ -6,7 +6,7 @@
 #include "Loader.h"
 #include "Progress.h"
 
-namespace vekload {
+namespace vekhost {
 
 /// One file format's way through the load phases. The phases run in order, each once;
 /// `runReader` times them and fills the document in between.
@@ -28,4 +28,4 @@ public:
 /// Runs the phases of `reader` for the file at `path` (empty for the built-in sample).
 LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions& options);
 
-} // namespace vekload
+} // namespace vekhost

@@ -5,7 +5,7 @@
 
 #include "Document.h"
 
-namespace vekload {
+namespace vekhost {
 
 struct CheckResult {
     /// Keys and ranges looked at.
@@ -23,4 +23,4 @@ struct CheckResult {
 /// and the run-time visibility sets match the key ranges.
 CheckResult checkDocument(Document& document);
 
-} // namespace vekload
+} // namespace vekhost

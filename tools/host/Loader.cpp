@@ -12,7 +12,7 @@
 #include "MeshReader.h"
 #include "Text.h"
 
-namespace vekload {
+namespace vekhost {
 
 namespace fs = std::filesystem;
 
@@ -117,4 +117,4 @@ LoadResult loadSample(const LoadOptions& options) {
     return runReader(*reader, {}, options);
 }
 
-} // namespace vekload
+} // namespace vekhost

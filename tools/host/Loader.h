@@ -7,7 +7,7 @@
 #include "Document.h"
 #include "Progress.h"
 
-namespace vekload {
+namespace vekhost {
 
 struct LoadOptions {
     /// Chordal deflection of the tessellation in model units; 0 or less picks one from the
@@ -51,4 +51,4 @@ LoadResult loadSample(const LoadOptions& options);
 /// Seconds since an arbitrary start, for phase timing.
 double seconds();
 
-} // namespace vekload
+} // namespace vekhost

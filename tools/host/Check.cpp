@@ -10,7 +10,7 @@
 #include "KeySpaces.h"
 #include "veksg/Tables.h"
 
-namespace vekload {
+namespace vekhost {
 
 namespace {
 using Lists = veksg::Container<int, std::vector<int>>;
@@ -365,4 +365,4 @@ CheckResult checkDocument(Document& document) {
     return Checker(document).run();
 }
 
-} // namespace vekload
+} // namespace vekhost

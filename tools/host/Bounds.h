@@ -5,7 +5,7 @@
 #include <vector>
 
 // Placements and boxes in double precision, before they are stored as floats.
-namespace vekload {
+namespace vekhost {
 
 using Vec3 = std::array<double, 3>;
 
@@ -56,4 +56,4 @@ struct PointRun {
 /// one, which fits parts modelled along the axes.
 OrientedBox fittedBox(const std::vector<PointRun>& runs);
 
-} // namespace vekload
+} // namespace vekhost

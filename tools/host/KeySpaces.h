@@ -2,11 +2,11 @@
 
 #include "veksg/Schema.h"
 
-namespace vekload {
+namespace vekhost {
 
 struct Document;
 
-/// What each key-space code means in this tool; tools/vekload/README.md has the table.
+/// What each key-space code means in these hosts; tools/host/README.md has the table.
 enum KeySpace : short {
     MESHES = 6,     // SCScene::meshes
     POLYLINES = 7,  // SCScene::polylines
@@ -35,4 +35,4 @@ private:
     Document* document;
 };
 
-} // namespace vekload
+} // namespace vekhost

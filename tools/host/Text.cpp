@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace vekload {
+namespace vekhost {
 
 namespace {
 constexpr char32_t replacement = 0xFFFD;
@@ -107,4 +107,4 @@ std::string jsonEscape(const std::string& text) {
     return out;
 }
 
-} // namespace vekload
+} // namespace vekhost

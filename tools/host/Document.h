@@ -5,7 +5,7 @@
 
 #include "veksg/veksg.h"
 
-namespace vekload {
+namespace vekhost {
 
 /// One loaded model: every component the tool fills, made through the factory, plus the
 /// layer records (the library stores layers as a table of `Layer` held by the host; the
@@ -33,4 +33,4 @@ struct Document {
     void resizeAll();
 };
 
-} // namespace vekload
+} // namespace vekhost

@@ -5,7 +5,7 @@
 
 #include "Reader.h"
 
-namespace vekload {
+namespace vekhost {
 
 /// Whether Assimp reads files with this extension (given with its dot, any case).
 bool isMeshExtension(const std::string& extension);
@@ -13,4 +13,4 @@ bool isMeshExtension(const std::string& extension);
 /// Reads mesh formats through Assimp: nodes, triangle and line meshes, materials.
 std::unique_ptr<Reader> makeMeshReader(const std::string& path);
 
-} // namespace vekload
+} // namespace vekhost

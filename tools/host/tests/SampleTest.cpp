@@ -12,7 +12,7 @@
 #include "KeySpaces.h"
 #include "Loader.h"
 
-namespace vekload::test {
+namespace vekhost::test {
 namespace {
 
 class Sample : public testing::Test {
@@ -172,4 +172,4 @@ TEST_F(Sample, LayersInfoAndEveryComponentFollowTheKeySpaces) {
 }
 
 } // namespace
-} // namespace vekload::test
+} // namespace vekhost::test

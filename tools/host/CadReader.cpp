@@ -61,17 +61,17 @@
 #include "Text.h"
 
 #if defined(__SANITIZE_ADDRESS__)
-#define VEKLOAD_LSAN 1
+#define VEKHOST_LSAN 1
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
-#define VEKLOAD_LSAN 1
+#define VEKHOST_LSAN 1
 #endif
 #endif
-#ifdef VEKLOAD_LSAN
+#ifdef VEKHOST_LSAN
 #include <sanitizer/lsan_interface.h>
 #endif
 
-namespace vekload {
+namespace vekhost {
 
 namespace {
 using FaceColors = NCollection_DataMap<TopoDS_Shape, Quantity_ColorRGBA, TopTools_ShapeMapHasher>;
@@ -84,7 +84,7 @@ const Quantity_ColorRGBA defaultColor(Quantity_Color(0.72, 0.74, 0.78, Quantity_
 // are made with leak tracking off, so that every other leak still fails the run.
 void setUpOpenCascade() {
     static const bool done = [] {
-#ifdef VEKLOAD_LSAN
+#ifdef VEKHOST_LSAN
         const __lsan::ScopedDisabler registriesLiveForever;
 #endif
         Message::DefaultMessenger()->RemovePrinters(STANDARD_TYPE(Message_PrinterOStream));
@@ -618,4 +618,4 @@ std::unique_ptr<Reader> makeCadReader(const std::string& path, CadFormat format,
     return std::make_unique<CadReader>(path, format, options);
 }
 
-} // namespace vekload
+} // namespace vekhost

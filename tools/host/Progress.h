@@ -1,6 +1,6 @@
 #pragma once
 
-namespace vekload {
+namespace vekhost {
 
 /// How far a load has come, told to whoever shows it: a terminal bar, a viewer's status
 /// line. Calls come from the loading thread and, during tessellation, from the mesher's.
@@ -17,4 +17,4 @@ public:
     virtual void update(double fraction) = 0;
 };
 
-} // namespace vekload
+} // namespace vekhost

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace vekload {
+namespace vekhost {
 
 Matrix Matrix::operator*(const Matrix& right) const {
     Matrix out;
@@ -213,4 +213,4 @@ OrientedBox fittedBox(const std::vector<PointRun>& runs) {
     return out;
 }
 
-} // namespace vekload
+} // namespace vekhost

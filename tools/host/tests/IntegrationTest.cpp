@@ -25,7 +25,7 @@
 #include "Loader.h"
 #include "TestFiles.h"
 
-namespace vekload::test {
+namespace vekhost::test {
 namespace {
 
 enum class Source { Occt, Assimp };
@@ -208,4 +208,4 @@ INSTANTIATE_TEST_SUITE_P(Files, RealFiles, testing::ValuesIn(files),
                          });
 
 } // namespace
-} // namespace vekload::test
+} // namespace vekhost::test

@@ -5,7 +5,7 @@
 
 #include "KeySpaces.h"
 
-namespace vekload {
+namespace vekhost {
 
 namespace {
 template <typename Component>
@@ -42,4 +42,4 @@ void Document::resizeAll() {
         component->resize(resizer);
 }
 
-} // namespace vekload
+} // namespace vekhost

@@ -8,14 +8,14 @@
 #include <iterator>
 #include <vector>
 
-namespace vekload::test {
+namespace vekhost::test {
 
 std::string occtFile(const std::string& relative) {
-    return std::string(VEKLOAD_OCCT_DATA) + "/" + relative;
+    return std::string(VEKHOST_OCCT_DATA) + "/" + relative;
 }
 
 std::string assimpFile(const std::string& relative) {
-    return std::string(VEKLOAD_ASSIMP_MODELS) + "/" + relative;
+    return std::string(VEKHOST_ASSIMP_MODELS) + "/" + relative;
 }
 
 bool exists(const std::string& path) {
@@ -24,7 +24,7 @@ bool exists(const std::string& path) {
 
 namespace {
 std::filesystem::path scratchPath() {
-    return std::filesystem::temp_directory_path() / ("vekload-tests-" + std::to_string(getpid()));
+    return std::filesystem::temp_directory_path() / ("vekhost-tests-" + std::to_string(getpid()));
 }
 
 class ScratchCleanup : public testing::Environment {
@@ -60,4 +60,4 @@ void copyDamaged(const std::string& source, const std::string& target, long byte
         .write(data.data(), static_cast<std::streamsize>(data.size()));
 }
 
-} // namespace vekload::test
+} // namespace vekhost::test

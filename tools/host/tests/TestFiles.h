@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace vekload::test {
+namespace vekhost::test {
 
 /// A file of Open CASCADE's samples or of Assimp's test models, by its path below their
 /// directory.
@@ -18,4 +18,4 @@ std::string scratchDirectory();
 void copyDamaged(const std::string& source, const std::string& target, long bytes, int flips = 0,
                  long from = 0);
 
-} // namespace vekload::test
+} // namespace vekhost::test

@@ -5,7 +5,7 @@
 
 #include "Reader.h"
 
-namespace vekload {
+namespace vekhost {
 
 enum class CadFormat { Step, Iges, Brep, Sample };
 
@@ -15,4 +15,4 @@ enum class CadFormat { Step, Iges, Brep, Sample };
 std::unique_ptr<Reader> makeCadReader(const std::string& path, CadFormat format,
                                       const LoadOptions& options);
 
-} // namespace vekload
+} // namespace vekhost

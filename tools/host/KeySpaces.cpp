@@ -2,7 +2,7 @@
 
 #include "Document.h"
 
-namespace vekload {
+namespace vekhost {
 
 int lastKeyOf(Document& document, short keySpace) {
     switch (keySpace) {
@@ -34,7 +34,7 @@ int lastKeyOf(Document& document, short keySpace) {
 }
 
 int DocumentResizer::lastKeyOf(const short& keySpace) {
-    return vekload::lastKeyOf(*document, keySpace);
+    return vekhost::lastKeyOf(*document, keySpace);
 }
 
-} // namespace vekload
+} // namespace vekhost

@@ -3,7 +3,7 @@
 #include <cwchar>
 #include <utility>
 
-namespace vekload {
+namespace vekhost {
 
 namespace {
 // Drawing modes of the primitive records, as OpenGL numbers them.
@@ -320,4 +320,4 @@ void DocumentBuilder::complete() {
     doc.runtime->visibility.sets[3].assign(static_cast<std::size_t>(topo.edges.size()), true);
 }
 
-} // namespace vekload
+} // namespace vekhost

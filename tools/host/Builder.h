@@ -9,7 +9,7 @@
 #include "Bounds.h"
 #include "Document.h"
 
-namespace vekload {
+namespace vekhost {
 
 /// A run of vertices in a mesh or of points in a polyline.
 struct Range {
@@ -100,4 +100,4 @@ private:
     std::map<std::wstring, int> layerKeys;
 };
 
-} // namespace vekload
+} // namespace vekhost
