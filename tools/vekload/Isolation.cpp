@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "Loader.h"
+#include "Wire.h"
 
 namespace vekload {
 

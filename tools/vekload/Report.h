@@ -1,6 +1,5 @@
 #pragma once
 
-#include <iosfwd>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,18 +27,11 @@ struct FileReport {
     vekhost::CheckResult check;
 };
 
-Figures recordCounts(const vekhost::Document& document);
-Figures componentBytes(const vekhost::Document& document);
-
 /// The report of a loaded file; `check` may be null.
 FileReport describe(const std::string& file, const vekhost::LoadResult& result,
                     const vekhost::CheckResult* check);
 
-void printText(std::ostream& out, const FileReport& report);
-void printJson(std::ostream& out, const std::vector<FileReport>& reports);
-
-/// A line-based form that passes a report from a worker process to its parent.
-std::string serialize(const FileReport& report);
-FileReport deserialize(const std::string& text);
+/// A number as both printers write it: six significant digits.
+std::string formatNumber(double value);
 
 } // namespace vekload

@@ -10,12 +10,14 @@
 
 #include "Check.h"
 #include "Isolation.h"
+#include "JsonReport.h"
 #include "Loader.h"
 #include "Options.h"
 #include "Png.h"
 #include "ProgressBar.h"
 #include "Render.h"
 #include "Report.h"
+#include "TextReport.h"
 
 namespace {
 constexpr const char* sampleName = "flanged-bolt (built-in sample)";

@@ -10,6 +10,7 @@
 #include "Options.h"
 #include "Report.h"
 #include "Text.h"
+#include "Wire.h"
 
 namespace vekload::test {
 using namespace vekhost;
