@@ -9,6 +9,18 @@
 
 namespace vekload {
 
+/// A part of a file's report that a feature adds (an analysis, PMI, drawings, document
+/// info). Sections follow the parts every report has, in their order.
+struct ReportSection {
+    /// The section's key in the file's JSON object.
+    std::string key;
+    /// Its value, already written as JSON.
+    std::string json;
+    /// What stands before its first line in the text report, and the lines.
+    std::string label;
+    std::vector<std::string> lines;
+};
+
 using Figures = std::vector<std::pair<std::string, long long>>;
 
 /// What the tool reports about one file, loaded or not.
@@ -25,6 +37,7 @@ struct FileReport {
     Figures bytes;
     bool checked = false;
     vekhost::CheckResult check;
+    std::vector<ReportSection> sections;
 };
 
 /// The report of a loaded file; `check` may be null.

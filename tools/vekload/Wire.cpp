@@ -33,6 +33,42 @@ std::string unescape(const std::string& text) {
     }
     return out;
 }
+std::vector<std::string> fieldsOf(const std::string& line) {
+    std::vector<std::string> fields;
+    std::size_t start = 0;
+    for (std::size_t tab = line.find('\t'); tab != std::string::npos;
+         tab = line.find('\t', start)) {
+        fields.push_back(line.substr(start, tab - start));
+        start = tab + 1;
+    }
+    fields.push_back(line.substr(start));
+    return fields;
+}
+
+void readLine(const std::vector<std::string>& fields, FileReport& report) {
+    const std::string& kind = fields[0];
+    auto field = [&fields](std::size_t i) { return i < fields.size() ? fields[i] : ""; };
+    auto text = [&](std::size_t i) { return unescape(field(i)); };
+    auto integer = [&](std::size_t i) { return std::atoll(field(i).c_str()); };
+    auto real = [&](std::size_t i) { return std::strtod(field(i).c_str(), nullptr); };
+    if (kind == "file") report.file = text(1);
+    if (kind == "ok") report.ok = integer(1) != 0;
+    if (kind == "error") report.error = text(1);
+    if (kind == "format") report.format = text(1);
+    if (kind == "times") report.times = {real(1), real(2), real(3), real(4)};
+    if (kind == "deflection") report.deflection = real(1);
+    if (kind == "record") report.records.emplace_back(text(1), integer(2));
+    if (kind == "bytes") report.bytes.emplace_back(text(1), integer(2));
+    if (kind == "check") {
+        report.checked = true;
+        report.check.references = integer(1);
+        report.check.problemCount = integer(2);
+    }
+    if (kind == "problem") report.check.problems.push_back(text(1));
+    if (kind == "section") report.sections.push_back({text(1), text(2), text(3), {}});
+    if (kind == "sectionLine" && !report.sections.empty())
+        report.sections.back().lines.push_back(text(1));
+}
 } // namespace
 
 std::string serialize(const FileReport& report) {
@@ -51,6 +87,13 @@ std::string serialize(const FileReport& report) {
         for (const std::string& problem : report.check.problems)
             out << "problem\t" << escape(problem) << '\n';
     }
+    // A section's lines follow it.
+    for (const ReportSection& section : report.sections) {
+        out << "section\t" << escape(section.key) << '\t' << escape(section.json) << '\t'
+            << escape(section.label) << '\n';
+        for (const std::string& line : section.lines)
+            out << "sectionLine\t" << escape(line) << '\n';
+    }
     return out.str();
 }
 
@@ -58,34 +101,8 @@ FileReport deserialize(const std::string& text) {
     FileReport report;
     std::istringstream in(text);
     std::string line;
-    while (std::getline(in, line)) {
-        std::vector<std::string> fields;
-        std::size_t start = 0;
-        for (std::size_t tab = line.find('\t'); tab != std::string::npos;
-             tab = line.find('\t', start)) {
-            fields.push_back(line.substr(start, tab - start));
-            start = tab + 1;
-        }
-        fields.push_back(line.substr(start));
-        const std::string& kind = fields[0];
-        auto field = [&fields](std::size_t i) { return i < fields.size() ? fields[i] : ""; };
-        auto integer = [&](std::size_t i) { return std::atoll(field(i).c_str()); };
-        auto real = [&](std::size_t i) { return std::strtod(field(i).c_str(), nullptr); };
-        if (kind == "file") report.file = unescape(field(1));
-        if (kind == "ok") report.ok = integer(1) != 0;
-        if (kind == "error") report.error = unescape(field(1));
-        if (kind == "format") report.format = unescape(field(1));
-        if (kind == "times") report.times = {real(1), real(2), real(3), real(4)};
-        if (kind == "deflection") report.deflection = real(1);
-        if (kind == "record") report.records.emplace_back(unescape(field(1)), integer(2));
-        if (kind == "bytes") report.bytes.emplace_back(unescape(field(1)), integer(2));
-        if (kind == "check") {
-            report.checked = true;
-            report.check.references = integer(1);
-            report.check.problemCount = integer(2);
-        }
-        if (kind == "problem") report.check.problems.push_back(unescape(field(1)));
-    }
+    while (std::getline(in, line))
+        readLine(fieldsOf(line), report);
     return report;
 }
 
