@@ -170,8 +170,8 @@ const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& par
     return bounds.emplace(&part, result).first->second;
 }
 
-void DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeometry>& part,
-                              const veksg::MMaterial& material) {
+PartKeys DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeometry>& part,
+                                  const veksg::MMaterial& material) {
     auto& scene = *doc.scene;
     auto& topo = *doc.topo;
     const auto [known, added] = firstNodeOf.emplace(part.get(), node);
@@ -196,6 +196,7 @@ void DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeometry
         setLink(scene.links7, linesKey, node);
         topo.nodeLists7.addChild(node, linesKey);
     }
+    const PartKeys keys{topo.faces.size(), topo.edges.size()};
     addTopology(node, *part, meshKey, linesKey, material);
 
     const Bounds& local = boundsOf(*part);
@@ -205,6 +206,7 @@ void DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeometry
     // A node showing several parts gets the box around all of them in `complete`.
     if (++partsOfNode[static_cast<std::size_t>(node)] == 1)
         doc.resources->orientedBoxes.setValue(node, toOBBox(placed));
+    return keys;
 }
 
 void DocumentBuilder::addTopology(int node, const PartGeometry& part, int meshKey, int linesKey,

@@ -58,6 +58,13 @@ int vertexCount(const veksg::Mesh& mesh);
 
 veksg::MMaterial materialFromColor(float red, float green, float blue, float alpha);
 
+/// The first keys of the topology records that `DocumentBuilder::addPart` makes: the part's
+/// faces and edges follow in the order of its lists.
+struct PartKeys {
+    int face = 0;
+    int edge = 0;
+};
+
 /// The one place where read data becomes records of the data model. Readers add nodes
 /// depth first (a parent before its children), parts to nodes, then call `complete`.
 class DocumentBuilder {
@@ -68,8 +75,8 @@ public:
     int addNode(const std::wstring& name, int parent, const Matrix& world);
     /// Shows `part` at `node` with `material`; the part's geometry is shared, its topology
     /// records are the node's own.
-    void addPart(int node, const std::shared_ptr<const PartGeometry>& part,
-                 const veksg::MMaterial& material);
+    PartKeys addPart(int node, const std::shared_ptr<const PartGeometry>& part,
+                     const veksg::MMaterial& material);
     void addAttribute(int node, const wchar_t* key, const std::wstring& value);
     /// The key of the layer with this name, made on first use.
     int layer(const std::wstring& name);

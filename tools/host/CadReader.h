@@ -3,11 +3,10 @@
 #include <memory>
 #include <string>
 
+#include "CadFile.h"
 #include "Reader.h"
 
 namespace vekhost {
-
-enum class CadFormat { Step, Iges, Brep, Sample };
 
 /// Reads through Open CASCADE's document framework, so that product structure, names,
 /// colours and layers come along, and tessellates with its mesher. `path` is ignored for

@@ -69,6 +69,7 @@ LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions&
         throw LoadError(failure.what());
     }
     result.deflection = reader.deflection();
+    result.shapes = reader.cadShapes();
     return result;
 }
 

@@ -9,6 +9,8 @@
 
 namespace vekhost {
 
+class CadShapes;
+
 struct LoadOptions {
     /// Chordal deflection of the tessellation in model units; 0 or less picks one from the
     /// model's size.
@@ -35,6 +37,9 @@ struct LoadResult {
     PhaseTimes times;
     /// The deflection the CAD tessellation used; 0 for mesh files.
     double deflection = 0;
+    /// The B-rep behind the topology records of a CAD load and the document it was read
+    /// into (CadShapes.h); null for mesh files.
+    std::shared_ptr<const CadShapes> shapes;
 };
 
 /// Why a file could not be loaded; the message names the cause, not the file.

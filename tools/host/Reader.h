@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "Builder.h"
@@ -23,6 +24,8 @@ public:
     virtual void fill(DocumentBuilder& builder) = 0;
     /// The deflection the tessellation used, 0 when the file held triangles already.
     virtual double deflection() const { return 0; }
+    /// The B-rep behind the records, for readers of CAD files; null for others.
+    virtual std::shared_ptr<const CadShapes> cadShapes() const { return nullptr; }
 };
 
 /// Runs the phases of `reader` for the file at `path` (empty for the built-in sample).
