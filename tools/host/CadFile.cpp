@@ -23,7 +23,7 @@
 #include <iostream>
 
 #include "CadSample.h"
-#include "Loader.h"
+#include "LoadError.h"
 #include "OcctProgress.h"
 
 #if defined(__SANITIZE_ADDRESS__)

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "CadShapes.h"
+#include "LoadError.h"
 #include "ProductWalk.h"
 #include "Tessellation.h"
 

@@ -1,23 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 #include "Document.h"
-#include "Progress.h"
+#include "LoadError.h"
+#include "Reader.h"
 
 namespace vekhost {
-
-class CadShapes;
-
-struct LoadOptions {
-    /// Chordal deflection of the tessellation in model units; 0 or less picks one from the
-    /// model's size.
-    double deflection = 0;
-    /// Told how the load proceeds; not owned, null for none.
-    Progress* progress = nullptr;
-};
 
 /// Seconds spent in each phase of a load.
 struct PhaseTimes {
@@ -42,16 +32,12 @@ struct LoadResult {
     std::shared_ptr<const CadShapes> shapes;
 };
 
-/// Why a file could not be loaded; the message names the cause, not the file.
-class LoadError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 /// Reads, tessellates and fills one file; throws LoadError on bad input.
 LoadResult loadFile(const std::string& path, const LoadOptions& options);
 /// The built-in sample assembly, made with Open CASCADE primitives.
 LoadResult loadSample(const LoadOptions& options);
+/// Runs the phases of `reader` for the file at `path` (empty for the built-in sample).
+LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions& options);
 
 /// Seconds since an arbitrary start, for phase timing.
 double seconds();

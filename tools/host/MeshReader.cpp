@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "LoadError.h"
 #include "Text.h"
 
 namespace vekhost {

@@ -1,16 +1,25 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "Builder.h"
-#include "Loader.h"
 #include "Progress.h"
 
 namespace vekhost {
 
+class CadShapes;
+
+struct LoadOptions {
+    /// Chordal deflection of the tessellation in model units; 0 or less picks one from the
+    /// model's size.
+    double deflection = 0;
+    /// Told how the load proceeds; not owned, null for none.
+    Progress* progress = nullptr;
+};
+
 /// One file format's way through the load phases. The phases run in order, each once;
-/// `runReader` times them and fills the document in between.
+/// `runReader` (Loader.h) times them and fills the document in between. They throw
+/// LoadError for bad input.
 class Reader {
 public:
     Reader() = default;
@@ -27,8 +36,5 @@ public:
     /// The B-rep behind the records, for readers of CAD files; null for others.
     virtual std::shared_ptr<const CadShapes> cadShapes() const { return nullptr; }
 };
-
-/// Runs the phases of `reader` for the file at `path` (empty for the built-in sample).
-LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions& options);
 
 } // namespace vekhost
