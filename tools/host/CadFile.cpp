@@ -131,7 +131,7 @@ const char* formatName(CadFormat format) {
     return "sample";
 }
 
-Handle(TDocStd_Document) newCadDocument() {
+opencascade::handle<TDocStd_Document> newCadDocument() {
     setUpOpenCascade();
     Handle(TDocStd_Document) document;
     XCAFApp_Application::GetApplication()->NewDocument("MDTV-XCAF", document);

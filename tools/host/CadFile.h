@@ -15,7 +15,7 @@ enum class CadFormat { Step, Iges, Brep, Sample };
 const char* formatName(CadFormat format);
 
 /// A new empty document of Open CASCADE's document framework (XDE), for one file.
-Handle(TDocStd_Document) newCadDocument();
+opencascade::handle<TDocStd_Document> newCadDocument();
 /// Closes a document that newCadDocument made, freeing everything it holds.
 void closeCadDocument(const Handle(TDocStd_Document) & document);
 

@@ -19,14 +19,6 @@ namespace fs = std::filesystem;
 Reader::~Reader() = default;
 Progress::~Progress() = default;
 
-namespace {
-class NoProgress : public Progress {
-public:
-    void phase(const char*) override {}
-    void update(double) override {}
-};
-} // namespace
-
 double seconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
@@ -37,30 +29,43 @@ double PhaseTimes::fillResizeShare() const {
     return all > 0 ? (fill + resize) / all : 0.0;
 }
 
+namespace {
+class NoProgress : public Progress {
+public:
+    void phase(const char*) override {}
+    void update(double) override {}
+};
+
+PhaseTimes runPhases(Reader& reader, const std::string& path, Document& document,
+                     Progress& progress) {
+    const double start = seconds();
+    progress.phase("reading");
+    reader.read(progress);
+    const double read = seconds();
+    progress.phase("tessellating");
+    reader.tessellate(progress);
+    const double tessellated = seconds();
+    progress.phase("filling");
+    DocumentBuilder builder(document);
+    reader.fill(builder);
+    builder.setSource(wideFromUtf8(path), reader.deflection());
+    builder.complete();
+    const double filled = seconds();
+    progress.phase("resizing");
+    document.resizeAll();
+    const double resized = seconds();
+    return {read - start, tessellated - read, filled - tessellated, resized - filled};
+}
+} // namespace
+
 LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions& options) {
     LoadResult result;
     result.format = reader.format();
     result.document = std::make_unique<Document>();
     NoProgress silent;
-    Progress& progress = options.progress ? *options.progress : silent;
+    Progress* progress = options.progress ? options.progress : &silent;
     try {
-        const double start = seconds();
-        progress.phase("reading");
-        reader.read(progress);
-        const double read = seconds();
-        progress.phase("tessellating");
-        reader.tessellate(progress);
-        const double tessellated = seconds();
-        progress.phase("filling");
-        DocumentBuilder builder(*result.document);
-        reader.fill(builder);
-        builder.setSource(wideFromUtf8(path), reader.deflection());
-        builder.complete();
-        const double filled = seconds();
-        progress.phase("resizing");
-        result.document->resizeAll();
-        const double resized = seconds();
-        result.times = {read - start, tessellated - read, filled - tessellated, resized - filled};
+        result.times = runPhases(reader, path, *result.document, *progress);
     } catch (const LoadError&) {
         throw;
     } catch (const std::bad_alloc&) {
