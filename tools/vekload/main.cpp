@@ -52,6 +52,27 @@ vekload::FileReport loadAndDescribe(const std::string& label,
         return report;
     }
 }
+using Job = std::pair<std::string, std::function<vekhost::LoadResult()>>;
+
+// A load per file, or the sample without files. Each draws its own progress bar, which
+// clears its line when the load is over.
+std::vector<Job> jobsOf(const vekload::Options& options) {
+    vekhost::LoadOptions load;
+    load.deflection = options.deflection;
+    const bool terminal = vekload::stderrIsTerminal();
+    std::vector<Job> jobs;
+    if (options.files.empty())
+        jobs.emplace_back(sampleName, [load, terminal] {
+            vekload::ProgressBar bar("sample", terminal);
+            return vekhost::loadSample(reportingTo(bar, load));
+        });
+    for (const std::string& file : options.files)
+        jobs.emplace_back(file, [load, terminal, file] {
+            vekload::ProgressBar bar(std::filesystem::path(file).filename().string(), terminal);
+            return vekhost::loadFile(file, reportingTo(bar, load));
+        });
+    return jobs;
+}
 } // namespace
 
 int main(int argc, char** argv) {
@@ -67,23 +88,7 @@ int main(int argc, char** argv) {
         return 0;
     }
 
-    vekhost::LoadOptions load;
-    load.deflection = options.deflection;
-    const bool terminal = vekload::stderrIsTerminal();
-
-    // Each load draws its own bar, which clears its line when the load is over.
-    std::vector<std::pair<std::string, std::function<vekhost::LoadResult()>>> jobs;
-    if (options.files.empty())
-        jobs.emplace_back(sampleName, [&load, terminal] {
-            vekload::ProgressBar bar("sample", terminal);
-            return vekhost::loadSample(reportingTo(bar, load));
-        });
-    for (const std::string& file : options.files)
-        jobs.emplace_back(file, [&load, terminal, file] {
-            vekload::ProgressBar bar(std::filesystem::path(file).filename().string(), terminal);
-            return vekhost::loadFile(file, reportingTo(bar, load));
-        });
-
+    const std::vector<Job> jobs = jobsOf(options);
     std::vector<vekload::FileReport> reports;
     int printed = 0;
     bool loadFailed = false;
