@@ -12,8 +12,11 @@
 #include <cstring>
 
 #include "Loader.h"
+#include "Wire.h"
 
 namespace vekload {
+
+using vekhost::seconds;
 
 namespace {
 FileReport failed(const std::string& file, const std::string& cause) {

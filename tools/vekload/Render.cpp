@@ -9,8 +9,14 @@
 
 #include "Bounds.h"
 #include "Builder.h"
+#include "Visibility.h"
 
 namespace vekload {
+
+using vekhost::Document;
+using vekhost::Matrix;
+using vekhost::Vec3;
+using vekhost::vertexCount;
 
 namespace {
 using Color = std::array<double, 3>;
@@ -68,11 +74,6 @@ Matrix cofactors(const Matrix& place) {
         for (std::size_t r = 0; r < 3; ++r)
             out.m[c * 4 + r] = columns[c][r];
     return out;
-}
-
-bool isSet(const std::vector<bool>& bits, int key) {
-    return key >= 0 && static_cast<std::size_t>(key) < bits.size() &&
-           bits[static_cast<std::size_t>(key)];
 }
 
 template <typename V>
@@ -176,10 +177,8 @@ private:
 class Painter {
 public:
     Painter(const Document& document, const Matrix& view, const RenderOptions& options)
-        : scene(*document.scene), resources(*document.resources),
-          bits(document.runtime->visibility.sets), view(view),
+        : scene(*document.scene), resources(*document.resources), visibility(document), view(view),
           canvas(options.width, options.height) {
-        findShownNodes();
         framed = fit(options);
     }
 
@@ -192,47 +191,13 @@ public:
     }
 
 private:
-    void findShownNodes() {
-        const int count = std::max(scene.hierarchy.size(), scene.transforms.size());
-        std::vector<bool> isChild(static_cast<std::size_t>(count));
-        for (int parent = 0; parent < scene.hierarchy.size(); ++parent)
-            for (const int child : scene.hierarchy.getValue(parent))
-                if (child >= 0 && child < count) isChild[static_cast<std::size_t>(child)] = true;
-        shown.assign(static_cast<std::size_t>(count), false);
-        std::vector<int> open;
-        for (int node = 0; node < count; ++node) {
-            if (isChild[static_cast<std::size_t>(node)]) continue;
-            roots.push_back(node);
-            if (isSet(bits[0], node)) open.push_back(node);
-        }
-        for (const int node : open)
-            shown[static_cast<std::size_t>(node)] = true;
-        while (!open.empty()) {
-            const int parent = open.back();
-            open.pop_back();
-            if (!has(scene.hierarchy, parent)) continue;
-            for (const int child : scene.hierarchy.getValue(parent)) {
-                if (child < 0 || child >= count || shown[static_cast<std::size_t>(child)] ||
-                    !isSet(bits[0], child))
-                    continue;
-                shown[static_cast<std::size_t>(child)] = true;
-                open.push_back(child);
-            }
-        }
-    }
-
-    bool isShown(int node) const {
-        return node >= 0 && static_cast<std::size_t>(node) < shown.size() &&
-               shown[static_cast<std::size_t>(node)];
-    }
-
     // Scale and centre from the projected corners of the roots' boxes; false without a box.
     bool fit(const RenderOptions& options) {
         double low[2] = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
         double high[2] = {std::numeric_limits<double>::lowest(),
                           std::numeric_limits<double>::lowest()};
         bool any = false;
-        for (const int root : roots) {
+        for (const int root : visibility.roots()) {
             if (!has(scene.boxes, root) || !scene.boxes.getValue(root).valid) continue;
             const veksg::BBox& box = scene.boxes.getValue(root);
             for (int corner = 0; corner < 8; ++corner) {
@@ -269,7 +234,8 @@ private:
         return view * toMatrix(scene.transforms.getValue(node).matrix);
     }
 
-    // Faces draw their own triangles; a mesh that no face covers is drawn whole.
+    // Faces draw their own triangles; a mesh that no face covers is drawn whole. Both only
+    // where the visibility rule shows them.
     void meshes() {
         std::vector<bool> byFaces(static_cast<std::size_t>(scene.meshes.size()));
         for (int face = 0; face < resources.primitivesA.size(); ++face) {
@@ -277,17 +243,17 @@ private:
             if (!has(scene.meshes, mesh)) continue;
             byFaces[static_cast<std::size_t>(mesh)] = true;
             const veksg::PrimitiveInfo& range = resources.primitivesA.getValue(face);
-            if (isSet(bits[2], face)) triangles(mesh, range.first, range.count);
+            if (visibility.faceShown(face)) triangles(mesh, range.first, range.count);
         }
         for (int mesh = 0; mesh < scene.meshes.size(); ++mesh)
-            if (!byFaces[static_cast<std::size_t>(mesh)] && isSet(bits[7], mesh))
+            if (!byFaces[static_cast<std::size_t>(mesh)] && visibility.meshShown(mesh))
                 triangles(mesh, 0, std::numeric_limits<int>::max());
     }
 
     void triangles(int meshKey, int first, int count) {
         const auto& pointer = scene.meshes.getValue(meshKey);
+        if (!pointer) return;
         const int node = linkOf(scene.links6a, meshKey);
-        if (!pointer || !isShown(node)) return;
         const veksg::Mesh& mesh = *pointer;
         Color base = defaultFace;
         if (has(scene.meshMaterials, meshKey) && scene.meshMaterials.getValue(meshKey).valid) {
@@ -344,11 +310,10 @@ private:
     void edges() {
         const double bias = edgeBias / scale;
         for (int edge = 0; edge < resources.primitivesB.size(); ++edge) {
-            if (!isSet(bits[3], edge)) continue;
+            if (!visibility.edgeShown(edge)) continue;
             const int lineKey = linkOf(resources.primBLinks2, edge);
             if (!has(scene.polylines, lineKey) || !scene.polylines.getValue(lineKey)) continue;
             const int node = linkOf(scene.links7, lineKey);
-            if (!isShown(node)) continue;
             Color color = defaultEdge;
             if (has(scene.polylineMaterials, lineKey) &&
                 scene.polylineMaterials.getValue(lineKey).valid) {
@@ -372,11 +337,9 @@ private:
 
     const veksg::SCScene& scene;
     const veksg::SCSceneRes& resources;
-    const std::array<std::vector<bool>, 8>& bits;
+    const vekhost::Visibility visibility;
     const Matrix view;
     Canvas canvas;
-    std::vector<bool> shown;
-    std::vector<int> roots;
     bool framed = false;
     double scale = 1;
     std::array<double, 2> centre{};

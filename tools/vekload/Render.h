@@ -44,16 +44,17 @@ int frameMargin(int width, int height);
 ///   colours of `VNC` win), Gouraud-shaded by one light fixed to the viewer;
 /// - the edges' line strips (`SCSceneRes::primitivesB` into `SCScene::polylines`) over them,
 ///   in their `polylineMaterials` colour;
-/// - only what `SCSceneRT::visibility` leaves visible: a node shows when its bit in set 0 and
-///   those of every node above it in `SCScene::hierarchy` are set; a face's triangles
-///   (`primitivesA`) need its bit in set 2, the triangles of a mesh that no face covers its
-///   bit in set 7, an edge its bit in set 3. A missing bit is a cleared one.
+/// - only what `SCSceneRT::visibility` leaves visible, by the host's rule (`vekhost::Visibility`):
+///   a node shows when its bit in set 0 and those of every node above it in `SCScene::hierarchy`
+///   are set; a face's triangles (`primitivesA`) need its bit in set 2, the triangles of a mesh
+///   that no face covers its bit in set 7, an edge its bit in set 3. A missing bit is a
+///   cleared one.
 ///
 /// The orientation matrix is stored like a transform, column after column, and takes world
 /// coordinates to the viewer's: its rows are the world directions of the picture's right,
 /// up and towards the viewer. The view is fitted to the projected corners of the root nodes'
 /// `boxes`, centred, with `frameMargin` pixels to spare. Throws std::invalid_argument for a
 /// view key the document does not hold or a size below one pixel.
-Image render(const Document& document, const RenderOptions& options);
+Image render(const vekhost::Document& document, const RenderOptions& options);
 
 } // namespace vekload

@@ -2,6 +2,7 @@
 // reports what each load made of them.
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <string>
@@ -9,17 +10,19 @@
 
 #include "Check.h"
 #include "Isolation.h"
+#include "JsonReport.h"
 #include "Loader.h"
 #include "Options.h"
 #include "Png.h"
-#include "Progress.h"
+#include "ProgressBar.h"
 #include "Render.h"
 #include "Report.h"
+#include "TextReport.h"
 
 namespace {
 constexpr const char* sampleName = "flanged-bolt (built-in sample)";
 
-void drawPicture(const vekload::Document& document, const vekload::Options& options) {
+void drawPicture(const vekhost::Document& document, const vekload::Options& options) {
     vekload::RenderOptions picture;
     picture.width = options.width;
     picture.height = options.height;
@@ -27,15 +30,20 @@ void drawPicture(const vekload::Document& document, const vekload::Options& opti
     vekload::writePng(options.png, vekload::render(document, picture));
 }
 
+vekhost::LoadOptions reportingTo(vekhost::Progress& progress, vekhost::LoadOptions options) {
+    options.progress = &progress;
+    return options;
+}
+
 // A picture that cannot be written fails its file like a load does.
 vekload::FileReport loadAndDescribe(const std::string& label,
-                                    const std::function<vekload::LoadResult()>& load,
+                                    const std::function<vekhost::LoadResult()>& load,
                                     const vekload::Options& options) {
     try {
-        const vekload::LoadResult result = load();
+        const vekhost::LoadResult result = load();
         if (!options.png.empty()) drawPicture(*result.document, options);
         if (!options.check) return vekload::describe(label, result, nullptr);
-        const vekload::CheckResult consistency = vekload::checkDocument(*result.document);
+        const vekhost::CheckResult consistency = vekhost::checkDocument(*result.document);
         return vekload::describe(label, result, &consistency);
     } catch (const std::exception& error) {
         vekload::FileReport report;
@@ -43,6 +51,27 @@ vekload::FileReport loadAndDescribe(const std::string& label,
         report.error = error.what();
         return report;
     }
+}
+using Job = std::pair<std::string, std::function<vekhost::LoadResult()>>;
+
+// A load per file, or the sample without files. Each draws its own progress bar, which
+// clears its line when the load is over.
+std::vector<Job> jobsOf(const vekload::Options& options) {
+    vekhost::LoadOptions load;
+    load.deflection = options.deflection;
+    const bool terminal = vekload::stderrIsTerminal();
+    std::vector<Job> jobs;
+    if (options.files.empty())
+        jobs.emplace_back(sampleName, [load, terminal] {
+            vekload::ProgressBar bar("sample", terminal);
+            return vekhost::loadSample(reportingTo(bar, load));
+        });
+    for (const std::string& file : options.files)
+        jobs.emplace_back(file, [load, terminal, file] {
+            vekload::ProgressBar bar(std::filesystem::path(file).filename().string(), terminal);
+            return vekhost::loadFile(file, reportingTo(bar, load));
+        });
+    return jobs;
 }
 } // namespace
 
@@ -59,16 +88,7 @@ int main(int argc, char** argv) {
         return 0;
     }
 
-    vekload::LoadOptions load;
-    load.deflection = options.deflection;
-    load.progress = vekload::stderrIsTerminal();
-
-    std::vector<std::pair<std::string, std::function<vekload::LoadResult()>>> jobs;
-    if (options.files.empty())
-        jobs.emplace_back(sampleName, [&load] { return vekload::loadSample(load); });
-    for (const std::string& file : options.files)
-        jobs.emplace_back(file, [&load, file] { return vekload::loadFile(file, load); });
-
+    const std::vector<Job> jobs = jobsOf(options);
     std::vector<vekload::FileReport> reports;
     int printed = 0;
     bool loadFailed = false;

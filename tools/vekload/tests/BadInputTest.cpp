@@ -13,6 +13,8 @@
 #include "TestFiles.h"
 
 namespace vekload::test {
+using namespace vekhost;
+using namespace vekhost::test;
 namespace {
 
 enum class Made { Missing, Directory, Empty, FromSample };

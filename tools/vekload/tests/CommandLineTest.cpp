@@ -13,6 +13,7 @@
 #include "TestFiles.h"
 
 namespace vekload::test {
+using namespace vekhost::test;
 namespace {
 
 struct Outcome {

@@ -10,8 +10,10 @@
 #include "Options.h"
 #include "Report.h"
 #include "Text.h"
+#include "Wire.h"
 
 namespace vekload::test {
+using namespace vekhost;
 namespace {
 
 double length(const Vec3& v) {

@@ -18,6 +18,8 @@
 #include "TestFiles.h"
 
 namespace vekload::test {
+using namespace vekhost;
+using namespace vekhost::test;
 namespace {
 
 struct Coverage {

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Document.h"
+
+namespace vekhost {
+
+struct CheckResult {
+    /// Keys and ranges looked at.
+    long long references = 0;
+    long long problemCount = 0;
+    /// The first problems found, each described in one line.
+    std::vector<std::string> problems;
+
+    bool ok() const { return problemCount == 0; }
+};
+
+/// Walks a filled and resized document and verifies every cross-reference: keys in
+/// relation lists and links exist in their tables and the relations agree both ways,
+/// primitive ranges lie inside their mesh or polyline, side tables cover their key spaces,
+/// and the run-time visibility sets match the key ranges.
+CheckResult checkDocument(Document& document);
+
+} // namespace vekhost

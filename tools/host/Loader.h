@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Document.h"
+#include "LoadError.h"
+#include "Reader.h"
+
+namespace vekhost {
+
+/// Seconds spent in each phase of a load.
+struct PhaseTimes {
+    double read = 0;
+    double tessellate = 0;
+    double fill = 0;
+    double resize = 0;
+
+    double total() const { return read + tessellate + fill + resize; }
+    /// Fill and resize as a share of the whole load, 0 to 1.
+    double fillResizeShare() const;
+};
+
+struct LoadResult {
+    std::unique_ptr<Document> document;
+    std::string format;
+    PhaseTimes times;
+    /// The deflection the CAD tessellation used; 0 for mesh files.
+    double deflection = 0;
+    /// The B-rep behind the topology records of a CAD load and the document it was read
+    /// into (CadShapes.h); null for mesh files.
+    std::shared_ptr<const CadShapes> shapes;
+};
+
+/// Reads, tessellates and fills one file; throws LoadError on bad input.
+LoadResult loadFile(const std::string& path, const LoadOptions& options);
+/// The built-in sample assembly, made with Open CASCADE primitives.
+LoadResult loadSample(const LoadOptions& options);
+/// Runs the phases of `reader` for the file at `path` (empty for the built-in sample).
+LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions& options);
+
+/// Seconds since an arbitrary start, for phase timing.
+double seconds();
+
+} // namespace vekhost
