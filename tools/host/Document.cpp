@@ -28,12 +28,21 @@ Document::Document()
       tempGraphics(make<veksg::SCTempGraphics>(*factory, veksg::Schema::TEMP_GRAPHICS)),
       attributes(make<veksg::SCAttributes>(*factory, veksg::Schema::ATTRIBUTES)),
       info(make<veksg::SCInfo>(*factory, veksg::Schema::INFO)),
-      layerSetting(make<veksg::SCLayer>(*factory, veksg::Schema::LAYER)) {
+      layerSetting(make<veksg::SCLayer>(*factory, veksg::Schema::LAYER)),
+      extFiles(make<veksg::SCExtFile>(*factory, veksg::Schema::EXT_FILE)),
+      animation(make<veksg::SCAnimation>(*factory, veksg::Schema::ANIMATION)),
+      features(std::make_shared<veksg::SCFeatures>()),
+      holeInfo(make<veksg::SCHoleInfo>(*factory, veksg::Schema::HOLE_INFO)),
+      comparison(make<veksg::SCComprae>(*factory, veksg::Schema::COMPRAE)),
+      thickness(std::make_shared<veksg::SCThicknessAnalysis>()),
+      draft(std::make_shared<veksg::SCDraftAngleAnalysis>()),
+      drawing(std::make_shared<vek2d::SCScene2D>()) {
 }
 
 std::vector<std::shared_ptr<veksg::Schema>> Document::components() const {
-    return {scene,  topo,         resources,  runtime, pmi,         views,
-            states, tempGraphics, attributes, info,    layerSetting};
+    return {scene,        topo,       resources, runtime,      pmi,      views,     states,
+            tempGraphics, attributes, info,      layerSetting, extFiles, animation, features,
+            holeInfo,     comparison, thickness, draft,        drawing};
 }
 
 void Document::resizeAll() {

@@ -3,13 +3,15 @@
 #include <memory>
 #include <vector>
 
+#include "vek2d/SCScene2D.h"
 #include "veksg/veksg.h"
 
 namespace vekhost {
 
-/// One loaded model: every component the tool fills, made through the factory, plus the
-/// layer records (the library stores layers as a table of `Layer` held by the host; the
-/// `SCLayer` component carries a single setting).
+/// One loaded model: every component a host fills, made through the factory where it makes
+/// them and constructed directly where it does not (features, the two analyses, drawings),
+/// plus the layer records (the library stores layers as a table of `Layer` held by the host;
+/// the `SCLayer` component carries a single setting).
 struct Document {
     Document();
 
@@ -25,6 +27,14 @@ struct Document {
     std::shared_ptr<veksg::SCAttributes> attributes;
     std::shared_ptr<veksg::SCInfo> info;
     std::shared_ptr<veksg::SCLayer> layerSetting;
+    std::shared_ptr<veksg::SCExtFile> extFiles;
+    std::shared_ptr<veksg::SCAnimation> animation;
+    std::shared_ptr<veksg::SCFeatures> features;
+    std::shared_ptr<veksg::SCHoleInfo> holeInfo;
+    std::shared_ptr<veksg::SCComprae> comparison;
+    std::shared_ptr<veksg::SCThicknessAnalysis> thickness;
+    std::shared_ptr<veksg::SCDraftAngleAnalysis> draft;
+    std::shared_ptr<vek2d::SCScene2D> drawing;
     veksg::Container<int, veksg::Layer> layers;
 
     /// Every component, in the order they are created and resized.
