@@ -1,8 +1,9 @@
 // Document scale: a synthetic CAD document of N parts in the topology, scene, run-time and
-// PMI components, each operation beside a hand-written equivalent over the same data held in
-// plain std::vector tables (the Raw* benchmarks). Items are entities (nodes, faces and edges);
-// bytes are what the operation has to touch at least, so that rates read against the memory
-// bandwidth measured in the same run (MemoryWrite, MemoryRead).
+// PMI components, each operation beside the same on the component's raw mirror: its tables as
+// plain std::vector, made from the table catalogue and grown and emptied by the same rules
+// (the Raw* benchmarks). Items are entities (nodes, faces and edges); bytes are what the
+// operation has to touch at least, so that rates read against the memory bandwidth measured
+// in the same run (MemoryWrite, MemoryRead).
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -10,8 +11,12 @@
 #include <map>
 #include <memory>
 #include <numeric>
+#include <optional>
 #include <set>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -26,7 +31,6 @@
 namespace {
 
 using RawLists = std::vector<std::vector<int>>;
-using Refs = std::vector<int>;
 using Resizer = std::shared_ptr<veksg::SchemaResizer>;
 
 constexpr int facesPerPart = 10;
@@ -138,8 +142,311 @@ Resizer resizerFor(const Document& doc) {
     return std::make_shared<DocumentResizer>(doc);
 }
 
-// Filling goes through each table's own append, so one template fills the components and
-// their raw mirrors alike.
+// ---- Raw mirrors ------------------------------------------------------------------------
+
+// A raw mirror holds a component's members as its catalogue lists them: a keyed table as a
+// std::vector of its values (a hierarchy's lists as vectors of ints), a nested record as a
+// mirror of its own, anything else as it is. Each member sits behind a small interface, so
+// the mirror pays one call per table, while every loop over a table's entries stays plain.
+
+// Shared meshes and polylines are emptied before release: other holders see them empty too.
+void emptyShared(veksg::Mesh& mesh) {
+    mesh.vn.clear();
+    mesh.vnt.clear();
+    mesh.vnc.clear();
+}
+void emptyShared(veksg::Polyline& polyline) {
+    polyline.points.clear();
+    polyline.values.clear();
+}
+
+template <typename T, template <typename> class Op, typename = void>
+constexpr bool has = false;
+template <typename T, template <typename> class Op>
+constexpr bool has<T, Op, std::void_t<Op<T>>> = true;
+template <typename T>
+using KeyedOp = decltype(&T::resizeToFitKey);
+template <typename T>
+using ClearOp = decltype(std::declval<T&>().clear());
+template <typename T>
+using InstancesOp = decltype(T::instances);
+template <typename T>
+using SharedListsOp = decltype(emptyShared(*std::declval<T&>().front()));
+template <typename T>
+constexpr bool isVector = false;
+template <typename E>
+constexpr bool isVector<std::vector<E>> = true;
+
+template <typename Member>
+auto mirrored(const Member& member) {
+    if constexpr (has<Member, KeyedOp>)
+        return std::vector<typename Member::iterator::value_type>(member.begin(), member.end());
+    else
+        return member;
+}
+template <typename Member>
+using Mirrored = decltype(mirrored(std::declval<const Member&>()));
+
+// Asks the resizer once per key space, however many tables share it.
+struct KeyAnswers {
+    int operator()(short keySpace) {
+        auto& answer = answers.at(static_cast<size_t>(keySpace));
+        if (!answer) answer = resizer.lastKeyOf(keySpace);
+        return *answer;
+    }
+    veksg::SchemaResizer& resizer;
+    std::array<std::optional<int>, 32> answers{};
+};
+
+// Grows a table to hold key `last` with the library's values (no link, zero, flag set, empty
+// list), then sorts and uniques the lists held before if the hierarchy must not repeat any.
+template <typename V>
+void growTable(std::vector<V>& table, int last, bool dropsRepeats) {
+    const size_t held = table.size();
+    const size_t count = static_cast<size_t>(last) + 1;
+    if (last < 0) return;
+    if constexpr (std::is_class_v<V>) {
+        if (held < count) table.resize(count);
+    } else if (held < count) {
+        const int added = std::is_same_v<V, int> ? -1 : std::is_floating_point_v<V> ? 0 : 1;
+        table.resize(count, static_cast<V>(added));
+    }
+    if constexpr (std::is_same_v<V, std::vector<int>>) {
+        if (!dropsRepeats) return;
+        for (size_t i = 0; i < held; ++i) {
+            auto& list = table[i];
+            std::sort(list.begin(), list.end());
+            list.erase(std::unique(list.begin(), list.end()), list.end());
+        }
+    }
+}
+
+// A visibility set follows its key space exactly; new bits of edges (12) and annotations (16)
+// start cleared. Key space 6 stands in for faces (11) only while 11 is empty.
+void resizeBits(std::vector<bool>& bits, short keySpace, KeyAnswers& ask) {
+    if (keySpace < 0 || (keySpace == 6 && ask(11) > -1)) return;
+    const int last = ask(keySpace);
+    if (last > -1) bits.resize(static_cast<size_t>(last) + 1, keySpace != 12 && keySpace != 16);
+}
+
+// Empties a member as its component does: tables keep their capacity, settings reset.
+template <typename T>
+void emptyMember(T& member) {
+    if constexpr (has<T, SharedListsOp>)
+        for (auto& held : member) {
+            if (held) emptyShared(*held);
+            held.reset();
+        }
+    if constexpr (has<T, ClearOp>)
+        member.clear();
+    else
+        member = T{};
+}
+template <typename E, size_t N>
+void emptyMember(std::array<E, N>& members) {
+    for (auto& member : members)
+        emptyMember(member);
+}
+
+class Mirror;
+
+// One member of a mirror.
+struct RawTable {
+    RawTable(const veksg::TableInfo& info, bool keptByClear)
+        : info(info), keptByClear(keptByClear) {}
+    virtual ~RawTable() = default;
+    virtual std::unique_ptr<RawTable> copy() const = 0;
+    // Entries, for the tables that follow this one.
+    virtual int size() const = 0;
+    virtual void resize(const Mirror& owner, KeyAnswers& ask) = 0;
+    virtual void clear() = 0;
+    // Bytes its slots take (a bit set's bits in bytes), to count what a resize writes.
+    virtual long slotBytes() const = 0;
+
+    const veksg::TableInfo info;
+    const bool keptByClear;
+    // Where the tables that `info.follows` and `info.onlyWhile` name sit in the mirror.
+    int followsAt = -1;
+    int onlyWhileAt = -1;
+};
+
+// A component's (or a nested record's) members in catalogue order.
+class Mirror {
+public:
+    Mirror() = default;
+    Mirror(const Mirror& other) {
+        for (const auto& table : other.tables)
+            tables.push_back(table->copy());
+    }
+    Mirror(Mirror&&) noexcept = default;
+
+    void add(std::unique_ptr<RawTable> table) {
+        if (table->info.follows) table->followsAt = indexOf(table->info.follows);
+        if (table->info.onlyWhile) table->onlyWhileAt = indexOf(table->info.onlyWhile);
+        tables.push_back(std::move(table));
+    }
+    // Grows what the catalogue says, as the component's resize does.
+    void resize(const Resizer& resizer) {
+        KeyAnswers ask{*resizer};
+        resize(ask);
+    }
+    void resize(KeyAnswers& ask) {
+        for (auto& table : tables)
+            table->resize(*this, ask);
+    }
+    // Empties what the component's cleanup (a buffer's clear) empties.
+    void clear() {
+        for (auto& table : tables)
+            if (!table->keptByClear) table->clear();
+    }
+    void cleanup() { clear(); }
+    // Its key space's answer, or the last key of the table it follows; -1 for none.
+    int lastKeyFor(const RawTable& table, KeyAnswers& ask) const {
+        if (table.info.keySpace > -1) return ask(table.info.keySpace);
+        if (table.followsAt < 0 || (table.onlyWhileAt > -1 && at(table.onlyWhileAt).size() == 0))
+            return -1;
+        return at(table.followsAt).size() - 1;
+    }
+    // A member by name, "record.member" inside a nested record.
+    RawTable& find(std::string_view path);
+    long slotBytes() const {
+        return std::accumulate(tables.begin(), tables.end(), 0L, [](long bytes, const auto& table) {
+            return bytes + table->slotBytes();
+        });
+    }
+    // The lists a resize sorts and uniques.
+    std::vector<const RawLists*> dedupedLists() const;
+
+private:
+    const RawTable& at(int index) const { return *tables[static_cast<size_t>(index)]; }
+    int indexOf(std::string_view name) const {
+        for (size_t i = 0; i < tables.size(); ++i)
+            if (name == tables[i]->info.name) return static_cast<int>(i);
+        throw std::invalid_argument("no member " + std::string(name));
+    }
+
+    std::vector<std::unique_ptr<RawTable>> tables;
+};
+
+template <typename T>
+struct Stored final : RawTable {
+    Stored(const veksg::TableInfo& info, bool keptByClear, T value)
+        : RawTable(info, keptByClear), value(std::move(value)) {}
+    std::unique_ptr<RawTable> copy() const override { return std::make_unique<Stored>(*this); }
+    int size() const override {
+        if constexpr (isVector<T>) return static_cast<int>(value.size());
+        return 0;
+    }
+    void resize(const Mirror& owner, KeyAnswers& ask) override {
+        if constexpr (std::is_same_v<T, Mirror>)
+            value.resize(ask);
+        else if constexpr (std::is_same_v<T, std::vector<bool>>)
+            resizeBits(value, info.keySpace, ask);
+        else if constexpr (isVector<T>)
+            growTable(value, owner.lastKeyFor(*this, ask), info.dropsRepeats);
+    }
+    void clear() override { emptyMember(value); }
+    long slotBytes() const override {
+        if constexpr (std::is_same_v<T, Mirror>)
+            return value.slotBytes();
+        else if constexpr (std::is_same_v<T, std::vector<bool>>)
+            return static_cast<long>(value.size() / 8);
+        else if constexpr (isVector<T>)
+            return static_cast<long>(value.size() * sizeof(typename T::value_type));
+        return 0;
+    }
+
+    T value;
+};
+
+RawTable& Mirror::find(std::string_view path) {
+    const size_t dot = path.find('.');
+    RawTable& table = *tables[static_cast<size_t>(indexOf(path.substr(0, dot)))];
+    if (dot == std::string_view::npos) return table;
+    return dynamic_cast<Stored<Mirror>&>(table).value.find(path.substr(dot + 1));
+}
+
+std::vector<const RawLists*> Mirror::dedupedLists() const {
+    std::vector<const RawLists*> lists;
+    for (const auto& table : tables)
+        if (table->info.dropsRepeats)
+            lists.push_back(&dynamic_cast<const Stored<RawLists>&>(*table).value);
+    return lists;
+}
+
+// What a component's cleanup keeps: the topology all, SCScene its node links, SCSceneRT its
+// batched buffers (the records holding instances: only their own clear empties them).
+template <typename Record, typename Member>
+bool keptByCleanup(const veksg::TableInfo& info) {
+    if constexpr (std::is_same_v<Record, veksg::SCScene>)
+        return std::string_view(info.name) == "links8";
+    else if constexpr (std::is_same_v<Record, veksg::SCSceneRT>)
+        return has<Member, InstancesOp>;
+    return std::is_same_v<Record, veksg::SCSceneTopo>;
+}
+
+template <typename Record>
+Mirror mirrorOf(const Record& record) {
+    Mirror mirror;
+    veksg::forEachTable(record, [&mirror](const veksg::TableInfo& info, const auto& member) {
+        using Member = std::remove_const_t<std::remove_reference_t<decltype(member)>>;
+        const bool kept = keptByCleanup<Record, Member>(info);
+        if constexpr (veksg::hasTables<Member>)
+            mirror.add(std::make_unique<Stored<Mirror>>(info, kept, mirrorOf(member)));
+        else
+            mirror.add(std::make_unique<Stored<Mirrored<Member>>>(info, kept, mirrored(member)));
+    });
+    return mirror;
+}
+
+template <typename C>
+struct Raw : Mirror {
+    Raw() : Mirror(mirrorOf(C())) {}
+};
+
+long dedupedBytes(const Mirror& raw) {
+    long bytes = 0;
+    for (const auto* lists : raw.dedupedLists()) {
+        bytes += static_cast<long>(lists->size() * sizeof(std::vector<int>));
+        for (const auto& list : *lists)
+            bytes += static_cast<long>(list.size() * sizeof(int));
+    }
+    return bytes;
+}
+
+// ---- Data: one fill template for a component and its mirror ----------------------------
+
+// A component's member by name, "record.member" inside a nested record.
+template <typename Member, typename Record>
+std::enable_if_t<veksg::hasTables<Record>, Member&> at(Record& record, std::string_view path) {
+    const size_t dot = path.find('.');
+    Member* found = nullptr;
+    veksg::forEachTable(record, [&](const veksg::TableInfo& info, auto& member) {
+        if (path.substr(0, dot) != info.name) return;
+        if constexpr (std::is_convertible_v<decltype(&member), Member*>)
+            found = &member;
+        else if constexpr (veksg::hasTables<std::remove_reference_t<decltype(member)>>)
+            found = &at<Member>(member, path.substr(dot + 1));
+    });
+    if (!found) throw std::invalid_argument("no member " + std::string(path));
+    return *found;
+}
+
+// The same member of a mirror, as the mirror holds it.
+template <typename Member>
+Mirrored<Member>& at(Mirror& mirror, std::string_view path) {
+    return dynamic_cast<Stored<Mirrored<Member>>&>(mirror.find(path)).value;
+}
+
+template <typename V, typename Subject>
+auto& table(Subject& subject, std::string_view path) {
+    return at<veksg::Container<int, V>>(subject, path);
+}
+template <typename Subject>
+auto& lists(Subject& subject, std::string_view path) {
+    return table<std::vector<int>>(subject, path);
+}
+
 template <typename V>
 void append(veksg::Container<int, V>& table, const V& value) {
     table.insert(value);
@@ -155,400 +462,89 @@ void fillLists(Table& table, const RawLists& lists) {
         append(table, list);
 }
 
-// Hand-written growth of the raw mirrors.
-void growRefs(Refs& refs, int last) {
-    if (refs.size() < static_cast<size_t>(last + 1)) refs.resize(static_cast<size_t>(last + 1), -1);
+template <typename T, typename C>
+constexpr bool isOrMirrors = std::is_same_v<T, C> || std::is_same_v<T, Raw<C>>;
+
+template <typename Topo>
+std::enable_if_t<isOrMirrors<Topo, veksg::SCSceneTopo>> fill(Topo& topo, const Document& doc) {
+    fillLists(lists(topo, "nodeLists3"), doc.nodeFaces);
+    fillLists(lists(topo, "nodeLists4"), doc.nodeEdges);
+    fillLists(lists(topo, "nodeLists6"), doc.nodeChildren);
+    fillLists(lists(topo, "faceLists2"), doc.faceEdges);
+    fillLists(lists(topo, "edgeLists2"), doc.edgeVerts);
 }
-void growLists(RawLists& lists, int last) {
-    if (lists.size() < static_cast<size_t>(last + 1)) lists.resize(static_cast<size_t>(last + 1));
-}
-// Grows, then sorts and uniques the lists held before (the new ones are empty).
-void growSorted(RawLists& lists, int last) {
-    const size_t held = lists.size();
-    growLists(lists, last);
-    for (size_t i = 0; i < held; ++i) {
-        auto& list = lists[i];
-        std::sort(list.begin(), list.end());
-        list.erase(std::unique(list.begin(), list.end()), list.end());
-    }
-}
-
-// Empties each table in argument order, keeping its capacity.
-template <typename... Tables>
-void clearAll(Tables&... tables) {
-    (tables.clear(), ...);
-}
-
-long listBytes(const RawLists& lists) {
-    long bytes = static_cast<long>(lists.size() * sizeof(std::vector<int>));
-    for (const auto& list : lists)
-        bytes += static_cast<long>(list.size() * sizeof(int));
-    return bytes;
-}
-
-// ---- Topology ---------------------------------------------------------------------------
-
-// The tables of SCSceneTopo that key spaces 10 to 12 size, in plain vectors; list i holds
-// what nodeLists<i+1> (faceLists, edgeLists) holds.
-struct RawTopology {
-    std::array<RawLists, 11> nodeLists;
-    std::array<Refs, 4> nodeRefs;
-    std::vector<char> nodeFlags;
-    std::array<RawLists, 4> faceLists;
-    std::array<Refs, 2> faceRefs;
-    std::array<RawLists, 4> edgeLists;
-    Refs edgeRefs;
-};
-
-void fill(veksg::SCSceneTopo& topo, const Document& doc) {
-    fillLists(topo.nodeLists3, doc.nodeFaces);
-    fillLists(topo.nodeLists4, doc.nodeEdges);
-    fillLists(topo.nodeLists5, doc.nodeChildren);
-    fillLists(topo.faceLists2, doc.faceEdges);
-    fillLists(topo.edgeLists2, doc.edgeVerts);
-}
-
-void fill(RawTopology& raw, const Document& doc) {
-    fillLists(raw.nodeLists[2], doc.nodeFaces);
-    fillLists(raw.nodeLists[3], doc.nodeEdges);
-    fillLists(raw.nodeLists[4], doc.nodeChildren);
-    fillLists(raw.faceLists[1], doc.faceEdges);
-    fillLists(raw.edgeLists[1], doc.edgeVerts);
-}
-
-// Grows every table; the first `repeatsKept` keep their repeats, the others are sorted and
-// uniqued.
-template <size_t N>
-void growAll(std::array<RawLists, N>& tables, size_t repeatsKept, int last) {
-    for (size_t i = 0; i < N; ++i) {
-        if (i < repeatsKept)
-            growLists(tables[i], last);
-        else
-            growSorted(tables[i], last);
-    }
-}
-
-// What a hand-written model does: grow every table of the three key spaces, sorting and
-// uniquing the lists that must not repeat children.
-void resize(RawTopology& raw, const Document& doc, const Resizer&) {
-    for (auto& refs : raw.nodeRefs)
-        growRefs(refs, doc.lastNode);
-    growAll(raw.nodeLists, 2, doc.lastNode);
-    if (raw.nodeFlags.size() < static_cast<size_t>(doc.lastNode + 1))
-        raw.nodeFlags.resize(static_cast<size_t>(doc.lastNode + 1), 1);
-    growAll(raw.faceLists, 1, doc.lastFace);
-    for (auto& refs : raw.faceRefs)
-        growRefs(refs, doc.lastFace);
-    growAll(raw.edgeLists, 1, doc.lastEdge);
-    growRefs(raw.edgeRefs, doc.lastEdge);
-}
-
-template <typename Visit>
-void forEachSortedTable(const RawTopology& raw, Visit visit) {
-    std::for_each(raw.nodeLists.begin() + 2, raw.nodeLists.end(), visit);
-    std::for_each(raw.faceLists.begin() + 1, raw.faceLists.end(), visit);
-    std::for_each(raw.edgeLists.begin() + 1, raw.edgeLists.end(), visit);
-}
-
-// Bytes the first resize must write (the grown tables) and read (the lists it dedupes).
-long firstResizeBytes(const Document& doc) {
-    RawTopology before;
-    fill(before, doc);
-    long bytes = 0;
-    forEachSortedTable(before, [&](const RawLists& lists) { bytes += listBytes(lists); });
-    const long nodes = doc.lastNode + 1;
-    const long faces = doc.lastFace + 1;
-    const long edges = doc.lastEdge + 1;
-    const long list = sizeof(std::vector<int>);
-    bytes += nodes * (4 * sizeof(int) + 8 * list + 1);
-    bytes += faces * (2 * sizeof(int) + 3 * list);
-    bytes += edges * (1 * sizeof(int) + 3 * list);
-    return bytes;
-}
-
-// Bytes a read of every deduplicated list touches once the topology is resized.
-long readPassBytes(const RawTopology& raw) {
-    long bytes = 0;
-    forEachSortedTable(raw, [&](const RawLists& lists) { bytes += listBytes(lists); });
-    return bytes;
-}
-
-// ---- Scene ------------------------------------------------------------------------------
-
-// SCScene's tables in plain vectors, under the same names.
-struct RawScene {
-    std::vector<std::shared_ptr<veksg::Mesh>> meshes;
-    std::vector<veksg::MMaterial> meshMaterials;
-    std::vector<std::shared_ptr<veksg::Polyline>> polylines;
-    std::vector<veksg::PLMaterial> polylineMaterials;
-    std::vector<veksg::BBox> boxes;
-    std::vector<veksg::Transform> transforms;
-    std::vector<veksg::Point3> points;
-    std::vector<std::shared_ptr<veksg::Texture>> textures;
-    Refs links6a;
-    Refs links7;
-    Refs links8;
-    Refs links6b;
-    std::vector<veksg::Font> fonts;
-    RawLists hierarchy;
-    std::vector<veksg::Text> texts;
-    Refs textLinksA;
-    Refs textLinksB;
-};
 
 // One small mesh, material, box, transform and polyline per part; two fonts.
 template <typename Scene>
-void fillScene(Scene& scene, const Document& doc) {
+std::enable_if_t<isOrMirrors<Scene, veksg::SCScene>> fill(Scene& scene, const Document& doc) {
+    auto& meshes = table<std::shared_ptr<veksg::Mesh>>(scene, "meshes");
+    auto& meshMaterials = table<veksg::MMaterial>(scene, "meshMaterials");
+    auto& polylines = table<std::shared_ptr<veksg::Polyline>>(scene, "polylines");
+    auto& polylineMaterials = table<veksg::PLMaterial>(scene, "polylineMaterials");
+    auto& boxes = table<veksg::BBox>(scene, "boxes");
+    auto& transforms = table<veksg::Transform>(scene, "transforms");
     for (int p = 0; p < doc.parts; ++p) {
         auto mesh = std::make_shared<veksg::Mesh>();
         mesh->vn.resize(12);
-        append(scene.meshes, mesh);
-        append(scene.meshMaterials, veksg::MMaterial());
+        append(meshes, mesh);
+        append(meshMaterials, veksg::MMaterial());
         auto polyline = std::make_shared<veksg::Polyline>();
         polyline->points.resize(4);
-        append(scene.polylines, polyline);
-        append(scene.polylineMaterials, veksg::PLMaterial());
-        append(scene.boxes, veksg::BBox());
-        append(scene.transforms, veksg::Transform());
+        append(polylines, polyline);
+        append(polylineMaterials, veksg::PLMaterial());
+        append(boxes, veksg::BBox());
+        append(transforms, veksg::Transform());
     }
-    append(scene.fonts, veksg::Font());
-    append(scene.fonts, veksg::Font());
+    auto& fonts = table<veksg::Font>(scene, "fonts");
+    append(fonts, veksg::Font());
+    append(fonts, veksg::Font());
 }
-void fill(veksg::SCScene& scene, const Document& doc) {
-    fillScene(scene, doc);
-}
-void fill(RawScene& scene, const Document& doc) {
-    fillScene(scene, doc);
-}
-
-void resize(RawScene& scene, const Document& doc, const Resizer&) {
-    growRefs(scene.links6a, doc.lastFace);
-    growRefs(scene.links6b, doc.lastFace);
-    growRefs(scene.links7, doc.lastEdge);
-    growLists(scene.hierarchy, static_cast<int>(scene.fonts.size()) - 1);
-    growRefs(scene.textLinksA, static_cast<int>(scene.texts.size()) - 1);
-    growRefs(scene.textLinksB, static_cast<int>(scene.texts.size()) - 1);
-    growRefs(scene.links8, doc.lastNode);
-}
-
-void cleanup(RawScene& scene) {
-    for (auto& mesh : scene.meshes) {
-        if (mesh) {
-            mesh->vn.clear();
-            mesh->vnt.clear();
-            mesh->vnc.clear();
-        }
-        mesh.reset();
-    }
-    scene.meshes.clear();
-    for (auto& texture : scene.textures)
-        texture.reset();
-    scene.textures.clear();
-    for (auto& polyline : scene.polylines) {
-        if (polyline) {
-            polyline->points.clear();
-            polyline->values.clear();
-        }
-        polyline.reset();
-    }
-    scene.polylines.clear();
-    clearAll(scene.meshMaterials, scene.polylineMaterials, scene.transforms, scene.boxes,
-             scene.points, scene.links6a, scene.links6b, scene.links7, scene.fonts, scene.texts,
-             scene.hierarchy, scene.textLinksA, scene.textLinksB);
-}
-
-long sceneResizeBytes(const Document& doc) {
-    return static_cast<long>(sizeof(int)) *
-           (2L * (doc.lastFace + 1) + doc.lastEdge + 1 + doc.lastNode + 1);
-}
-
-// ---- Run-time scene ---------------------------------------------------------------------
-
-// SCSceneRT's resized and cleaned tables in plain vectors, under the same paths.
-struct RawSceneRT {
-    struct Lists {
-        RawLists lists;
-    };
-    Lists meshes;
-    Lists polylines;
-    Lists vertices;
-    Lists texts;
-    struct {
-        std::array<std::vector<bool>, 8> sets;
-    } visibility;
-    struct {
-        std::array<Refs, 11> selection;
-    } selection;
-    RawLists nodeLists;
-    std::vector<float> nodeValues;
-    std::set<int> setA;
-    std::set<int> setB;
-    struct {
-        std::array<std::vector<std::uint32_t>, 4> appearance;
-    } appearance;
-    struct {
-        Refs refs1;
-        Refs refs2;
-        Refs refs3;
-        Refs refs4;
-        Refs refs5;
-        int count = 0;
-    } transientMaterials;
-};
 
 // What a viewer holds between frames: per-node lists and values, a selection of every
 // tenth part, appearance overrides and sets of nodes.
 template <typename SceneRT>
-void fillSceneRT(SceneRT& rt, const Document& doc) {
-    fillLists(rt.nodeLists, doc.nodePmis);
+std::enable_if_t<isOrMirrors<SceneRT, veksg::SCSceneRT>> fill(SceneRT& rt, const Document& doc) {
+    fillLists(lists(rt, "nodeLists"), doc.nodePmis);
+    auto& values = table<float>(rt, "nodeValues");
+    auto& setA = at<veksg::Set<int>>(rt, "setA");
+    auto& setB = at<veksg::Set<int>>(rt, "setB");
+    auto& selection = at<decltype(veksg::SelectionRT::selection)>(rt, "selection.selection");
+    auto& appearance = at<decltype(veksg::AppearanceRT::appearance)>(rt, "appearance.appearance");
+    auto& materials1 = table<int>(rt, "transientMaterials.refs1");
+    auto& materials2 = table<int>(rt, "transientMaterials.refs2");
     for (int p = 0; p < doc.parts; ++p) {
-        append(rt.nodeValues, 1.0f);
-        if (p % 4 == 0) rt.setA.insert(p);
-        if (p % 16 == 0) rt.setB.insert(p);
+        append(values, 1.0f);
+        if (p % 4 == 0) setA.insert(p);
+        if (p % 16 == 0) setB.insert(p);
         if (p % partsPerView != 0) continue;
-        rt.selection.selection[0].push_back(p);
-        rt.selection.selection[1].push_back(p * facesPerPart);
-        rt.appearance.appearance[0].push_back(0xff0000ffu);
-        append(rt.transientMaterials.refs1, p);
-        append(rt.transientMaterials.refs2, p);
+        selection[0].push_back(p);
+        selection[1].push_back(p * facesPerPart);
+        appearance[0].push_back(0xff0000ffu);
+        append(materials1, p);
+        append(materials2, p);
     }
 }
-void fill(veksg::SCSceneRT& rt, const Document& doc) {
-    fillSceneRT(rt, doc);
-}
-void fill(RawSceneRT& rt, const Document& doc) {
-    fillSceneRT(rt, doc);
-}
-
-void resize(RawSceneRT& rt, const Document& doc, const Resizer&) {
-    auto& sets = rt.visibility.sets;
-    sets[0].resize(static_cast<size_t>(doc.lastNode + 1), true);
-    if (rt.nodeValues.size() < static_cast<size_t>(doc.lastNode + 1))
-        rt.nodeValues.resize(static_cast<size_t>(doc.lastNode + 1), 0.0f);
-    for (auto* buffer : {&rt.polylines, &rt.meshes, &rt.vertices, &rt.texts})
-        growLists(buffer->lists, doc.lastNode);
-    sets[2].resize(static_cast<size_t>(doc.lastFace + 1), true);
-    sets[3].resize(static_cast<size_t>(doc.lastEdge + 1), false);
-    sets[1].resize(static_cast<size_t>(doc.lastPmi + 1), false);
-}
-
-void cleanup(RawSceneRT& rt) {
-    for (auto& set : rt.visibility.sets)
-        set.clear();
-    clearAll(rt.setB, rt.setA, rt.nodeValues, rt.nodeLists);
-    for (auto& list : rt.appearance.appearance)
-        list.clear();
-    for (auto& list : rt.selection.selection)
-        list.clear();
-    auto& transient = rt.transientMaterials;
-    clearAll(transient.refs1, transient.refs3, transient.refs4, transient.refs5, transient.refs2);
-    transient.count = 0;
-}
-
-long sceneRTResizeBytes(const Document& doc) {
-    const long nodes = doc.lastNode + 1;
-    const long bits = nodes + doc.lastFace + 1 + doc.lastEdge + 1 + doc.lastPmi + 1;
-    return bits / 8 + nodes * static_cast<long>(sizeof(float) + 4 * sizeof(std::vector<int>));
-}
-
-// ---- PMI --------------------------------------------------------------------------------
-
-// SCPmi's tables in plain vectors, under the same names.
-struct RawPmi {
-    std::vector<std::shared_ptr<veksg::PMI>> pmis;
-    Refs pmiList1;
-    Refs pmiList2;
-    std::vector<std::shared_ptr<veksg::View>> views;
-    std::vector<std::shared_ptr<veksg::ViewSet>> viewSets;
-    std::vector<std::shared_ptr<veksg::Section>> sections;
-    std::vector<veksg::BBox> pmiBoxes;
-    RawLists relation1;
-    RawLists relation2;
-    RawLists relation3;
-    RawLists relation4;
-    Refs map1;
-    RawLists relation5;
-    Refs map2;
-    RawLists relation6;
-    RawLists relation7;
-    Refs map3;
-    RawLists relation8;
-    RawLists relation9;
-    Refs map4;
-    RawLists relation10;
-    Refs map5;
-    RawLists relation11;
-    RawLists relation12;
-    RawLists relation13;
-    std::vector<std::shared_ptr<veksg::Value<std::shared_ptr<wchar_t>, 5>>> pmiAttributes;
-    RawLists relation14;
-    Refs map6;
-    std::shared_ptr<void> pmiObject;
-    std::set<int> idSet1;
-    std::set<int> idSet2;
-};
 
 // Two annotations per part with their boxes, the part's annotations per node and the node
 // of each annotation.
 template <typename Pmi>
-void fillPmi(Pmi& pmi, const Document& doc) {
-    fillLists(pmi.relation1, doc.nodePmis);
-    pmi.pmis.reserve(doc.lastPmi + 1);
+std::enable_if_t<isOrMirrors<Pmi, veksg::SCPmi>> fill(Pmi& pmi, const Document& doc) {
+    fillLists(lists(pmi, "relation1"), doc.nodePmis);
+    auto& pmis = table<std::shared_ptr<veksg::PMI>>(pmi, "pmis");
+    auto& boxes = table<veksg::BBox>(pmi, "pmiBoxes");
+    auto& nodeOf = lists(pmi, "relation4");
+    auto& ids = at<std::set<int>>(pmi, "idSet1");
+    pmis.reserve(doc.lastPmi + 1);
     for (int p = 0; p < doc.parts; ++p)
         for (int a = 0; a < pmisPerPart; ++a) {
-            append(pmi.pmis, std::shared_ptr<veksg::PMI>(std::make_shared<veksg::Text3D>(L"")));
-            append(pmi.pmiBoxes, veksg::BBox());
-            append(pmi.relation4, std::vector<int>{p});
-            pmi.idSet1.insert(p * pmisPerPart + a);
+            append(pmis, std::shared_ptr<veksg::PMI>(std::make_shared<veksg::Text3D>(L"")));
+            append(boxes, veksg::BBox());
+            append(nodeOf, std::vector<int>{p});
+            ids.insert(p * pmisPerPart + a);
         }
-}
-void fill(veksg::SCPmi& pmi, const Document& doc) {
-    fillPmi(pmi, doc);
-}
-void fill(RawPmi& pmi, const Document& doc) {
-    fillPmi(pmi, doc);
-}
-
-void resize(RawPmi& pmi, const Document& doc, const Resizer&) {
-    for (auto* lists : {&pmi.relation1, &pmi.relation2, &pmi.relation3})
-        growLists(*lists, doc.lastNode);
-    growRefs(pmi.map2, doc.lastPmi);
-    for (auto* lists : {&pmi.relation4, &pmi.relation11, &pmi.relation12, &pmi.relation13,
-                        &pmi.relation5, &pmi.relation6})
-        growLists(*lists, doc.lastPmi);
-    growLists(pmi.relation9, doc.lastView);
-    growLists(pmi.relation8, doc.lastView);
-    growRefs(pmi.map4, doc.lastView);
-    growRefs(pmi.map5, doc.lastView);
-    growLists(pmi.relation10, doc.lastView);
-}
-
-void cleanup(RawPmi& pmi) {
-    clearAll(pmi.pmis, pmi.pmiList1, pmi.pmiList2, pmi.views, pmi.viewSets, pmi.sections,
-             pmi.pmiBoxes, pmi.relation1, pmi.relation2, pmi.relation3, pmi.relation4, pmi.map1,
-             pmi.relation5, pmi.map2, pmi.relation6, pmi.relation7, pmi.map3, pmi.relation8,
-             pmi.relation9, pmi.map4, pmi.relation10, pmi.map5, pmi.relation11, pmi.relation12,
-             pmi.relation13, pmi.pmiAttributes, pmi.relation14, pmi.map6, pmi.idSet1, pmi.idSet2);
-    pmi.pmiObject.reset();
-}
-
-long pmiResizeBytes(const Document& doc) {
-    const long list = sizeof(std::vector<int>);
-    const long nodes = doc.lastNode + 1;
-    const long pmis = doc.lastPmi + 1;
-    const long views = doc.lastView + 1;
-    // relation4 is already full: the annotations' five other lists and one map grow.
-    return 3 * nodes * list + pmis * (5 * list + 4) + views * (3 * list + 2 * 4);
 }
 
 // ---- One body per operation, for the components and their raw mirrors alike -----------
-
-void resize(veksg::Schema& component, const Document&, const Resizer& resizer) {
-    component.resize(resizer);
-}
-void cleanup(veksg::Schema& component) {
-    component.cleanup();
-}
 
 template <typename T>
 std::unique_ptr<T> make(const Document& doc) {
@@ -560,7 +556,7 @@ std::unique_ptr<T> make(const Document& doc) {
 template <typename T>
 std::unique_ptr<T> makeResized(const Document& doc) {
     auto subject = make<T>(doc);
-    resize(*subject, doc, resizerFor(doc));
+    subject->resize(resizerFor(doc));
     return subject;
 }
 
@@ -577,6 +573,17 @@ void timeOnFresh(benchmark::State& state, Make makeSubject, Operation operation)
         subject.reset();
         state.ResumeTiming();
     }
+}
+
+// Bytes the first resize of a freshly filled component must write (the slots it adds) and
+// read (the lists it dedupes).
+template <typename C>
+long resizeBytes(const Document& doc) {
+    const auto raw = make<Raw<C>>(doc);
+    const long before = raw->slotBytes();
+    const long read = dedupedBytes(*raw);
+    raw->resize(resizerFor(doc));
+    return raw->slotBytes() - before + read;
 }
 
 // Heap bytes that `make` leaves allocated, counted by the allocator itself (so including
@@ -606,7 +613,7 @@ void timeResize(benchmark::State& state, long (*bytesOf)(const Document&)) {
     const auto& doc = document(state);
     const auto resizer = resizerFor(doc);
     timeOnFresh(
-        state, [&] { return make<T>(doc); }, [&](T& subject) { resize(subject, doc, resizer); });
+        state, [&] { return make<T>(doc); }, [&](T& subject) { subject.resize(resizer); });
     setRates(state, doc, bytesOf(doc));
 }
 
@@ -614,7 +621,7 @@ template <typename T>
 void timeCleanup(benchmark::State& state) {
     const auto& doc = document(state);
     timeOnFresh(
-        state, [&] { return makeResized<T>(doc); }, [](T& subject) { cleanup(subject); });
+        state, [&] { return makeResized<T>(doc); }, [](T& subject) { subject.cleanup(); });
     setRates(state, doc, 0);
 }
 
@@ -642,59 +649,48 @@ void TopoSecondResize(benchmark::State& state) {
         benchmark::ClobberMemory();
     }
     topo.reset();
-    setRates(state, doc, readPassBytes(*makeResized<RawTopology>(doc)));
+    setRates(state, doc, dedupedBytes(*makeResized<Raw<veksg::SCSceneTopo>>(doc)));
 }
 
 // One plain read of every list that the second resize has to look at.
 void RawReadPass(benchmark::State& state) {
     const auto& doc = document(state);
-    const auto raw = makeResized<RawTopology>(doc);
+    const auto raw = makeResized<Raw<veksg::SCSceneTopo>>(doc);
+    const auto sorted = raw->dedupedLists();
     for (auto _ : state) {
         long sum = 0;
-        forEachSortedTable(*raw, [&](const RawLists& lists) {
-            for (const auto& list : lists)
+        for (const auto* lists : sorted)
+            for (const auto& list : *lists)
                 for (int child : list)
                     sum += child;
-        });
         benchmark::DoNotOptimize(sum);
     }
-    setRates(state, doc, readPassBytes(*raw));
+    setRates(state, doc, dedupedBytes(*raw));
 }
 
 // ---- Batched meshes, refilled every frame ------------------------------------------------
 
-// MeshRT's tables in plain vectors, under the same names.
-struct RawMeshRT {
-    std::vector<veksg::PairT<vekmath::Tuple<float, 16>, int>> instances;
-    Refs refs1;
-    Refs refs2;
-    Refs refs3;
-    Refs refs4;
-    RawLists lists;
-    Refs refs5;
-    std::vector<unsigned char> flags;
-    Refs refs6;
-    bool dirty = false;
+using Placed = veksg::PairT<vekmath::Tuple<float, 16>, int>;
 
-    void clear() {
-        clearAll(instances, refs1, refs2, refs3, refs4, lists, refs5, flags, refs6);
-        dirty = false;
-    }
-};
-
-// One instance of each part's mesh per frame, with its links, flags and index list.
+// The step that fills a frame (an instance of each part's mesh, with its links, flags and index
+// list) and answers where the instances are stored; the tables are found once.
 template <typename Batch>
-void fillFrame(Batch& batch, const Document& doc) {
-    const veksg::PairT<vekmath::Tuple<float, 16>, int> placed(
-        vekmath::MatrixUtils::createIdentity(), 0);
-    for (int p = 0; p < doc.parts; ++p) {
-        append(batch.instances, placed);
-        for (auto* refs :
-             {&batch.refs1, &batch.refs2, &batch.refs3, &batch.refs4, &batch.refs5, &batch.refs6})
-            append(*refs, p);
-        append(batch.lists, doc.nodePmis[static_cast<size_t>(p)]);
-        append(batch.flags, static_cast<unsigned char>(1));
-    }
+auto frameFiller(Batch& batch, const Document& doc) {
+    const std::array refs{&table<int>(batch, "refs1"), &table<int>(batch, "refs2"),
+                          &table<int>(batch, "refs3"), &table<int>(batch, "refs4"),
+                          &table<int>(batch, "refs5"), &table<int>(batch, "refs6")};
+    return [&doc, refs, instances = &table<Placed>(batch, "instances"),
+            lists = &lists(batch, "lists"), flags = &table<unsigned char>(batch, "flags")] {
+        const Placed placed(vekmath::MatrixUtils::createIdentity(), 0);
+        for (int p = 0; p < doc.parts; ++p) {
+            append(*instances, placed);
+            for (auto* links : refs)
+                append(*links, p);
+            append(*lists, doc.nodePmis[static_cast<size_t>(p)]);
+            append(*flags, static_cast<unsigned char>(1));
+        }
+        return &*instances->begin();
+    };
 }
 
 // `clear` keeps every table's storage, so a frame of the same size reallocates nothing: the
@@ -703,13 +699,12 @@ template <typename Batch>
 void timeFrames(benchmark::State& state) {
     const auto& doc = document(state);
     Batch batch;
-    fillFrame(batch, doc);
-    const void* storage = &*batch.instances.begin();
+    const auto fillFrame = frameFiller(batch, doc);
+    const void* storage = fillFrame();
     long reallocations = 0;
     for (auto _ : state) {
         batch.clear();
-        fillFrame(batch, doc);
-        reallocations += &*batch.instances.begin() != storage;
+        reallocations += fillFrame() != storage;
         benchmark::ClobberMemory();
     }
     setRates(state, doc, 0);
@@ -754,32 +749,32 @@ void add(const std::string& name, Args... args) {
 }
 
 // A component's resize and cleanup, each beside the same on its raw mirror.
-template <typename Component, typename Raw>
-void addResizeAndCleanup(const std::string& name, long (*bytesOf)(const Document&)) {
-    add(name + "Resize", &timeResize<Component>, bytesOf);
-    add("Raw" + name + "Resize", &timeResize<Raw>, bytesOf);
+template <typename Component>
+void addResizeAndCleanup(const std::string& name) {
+    add(name + "Resize", &timeResize<Component>, &resizeBytes<Component>);
+    add("Raw" + name + "Resize", &timeResize<Raw<Component>>, &resizeBytes<Component>);
     add(name + "Cleanup", &timeCleanup<Component>);
-    add("Raw" + name + "Cleanup", &timeCleanup<Raw>);
+    add("Raw" + name + "Cleanup", &timeCleanup<Raw<Component>>);
 }
 
-template <typename Component, typename Raw>
+template <typename Component>
 void addCopies(const std::string& name) {
     add(name + "Copy", &timeCopy<Component>);
-    add("Raw" + name + "Copy", &timeCopy<Raw>);
+    add("Raw" + name + "Copy", &timeCopy<Raw<Component>>);
 }
 
 void registerAll() {
-    add("TopoFirstResize", &timeResize<veksg::SCSceneTopo>, &firstResizeBytes);
-    add("RawFirstResize", &timeResize<RawTopology>, &firstResizeBytes);
+    add("TopoFirstResize", &timeResize<veksg::SCSceneTopo>, &resizeBytes<veksg::SCSceneTopo>);
+    add("RawFirstResize", &timeResize<Raw<veksg::SCSceneTopo>>, &resizeBytes<veksg::SCSceneTopo>);
     add("TopoSecondResize", &TopoSecondResize);
     add("RawReadPass", &RawReadPass);
-    addCopies<veksg::SCSceneTopo, RawTopology>("Topo");
-    addResizeAndCleanup<veksg::SCScene, RawScene>("Scene", &sceneResizeBytes);
-    addCopies<veksg::SCScene, RawScene>("Scene");
-    addResizeAndCleanup<veksg::SCSceneRT, RawSceneRT>("SceneRT", &sceneRTResizeBytes);
-    addResizeAndCleanup<veksg::SCPmi, RawPmi>("Pmi", &pmiResizeBytes);
+    addCopies<veksg::SCSceneTopo>("Topo");
+    addResizeAndCleanup<veksg::SCScene>("Scene");
+    addCopies<veksg::SCScene>("Scene");
+    addResizeAndCleanup<veksg::SCSceneRT>("SceneRT");
+    addResizeAndCleanup<veksg::SCPmi>("Pmi");
     add("MeshFrame", &timeFrames<veksg::MeshRT>);
-    add("RawMeshFrame", &timeFrames<RawMeshRT>);
+    add("RawMeshFrame", &timeFrames<Raw<veksg::MeshRT>>);
     add("MemoryWrite", &MemoryWrite);
     add("MemoryRead", &MemoryRead);
 }
