@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "LoadError.h"
 
@@ -30,6 +31,8 @@ constexpr double defaultTicksPerSecond = 25.0;
 template <typename Key>
 std::vector<Key> sortedKeys(const Key* keys, unsigned count) {
     std::vector<Key> sorted(keys, keys + count);
+    for (const Key& key : sorted)
+        if (!std::isfinite(key.mTime)) throw LoadError("an animation key has no time");
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const Key& a, const Key& b) { return a.mTime < b.mTime; });
     return sorted;
@@ -152,20 +155,23 @@ AnimationData sampleAnimation(const aiScene& scene, const std::vector<SceneNode>
             out.nodes.push_back(static_cast<int>(n));
         }
     }
-    std::vector<int> keys;
+    // Each key at the file's own time, named by its millisecond; keys closer than that are one.
+    std::vector<std::pair<int, double>> times;
     for (const Channel& channel : channels)
-        channel.eachTime([&](double ticks) { keys.push_back(milliseconds(ticks, rate)); });
-    std::sort(keys.begin(), keys.end());
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-    if (keys.size() > maxAnimationPlacements / out.nodes.size())
-        throw LoadError("the animation needs " + std::to_string(keys.size()) + " keys for " +
+        channel.eachTime(
+            [&](double ticks) { times.emplace_back(milliseconds(ticks, rate), ticks); });
+    std::sort(times.begin(), times.end());
+    times.erase(std::unique(times.begin(), times.end(),
+                            [](const auto& a, const auto& b) { return a.first == b.first; }),
+                times.end());
+    if (times.size() > maxAnimationPlacements / out.nodes.size())
+        throw LoadError("the animation needs " + std::to_string(times.size()) + " keys for " +
                         std::to_string(out.nodes.size()) + " nodes, more than the " +
                         std::to_string(maxAnimationPlacements) + " placements this tool keeps");
-    out.keys = keys;
 
-    out.placements.reserve(keys.size() * out.nodes.size());
-    for (const int key : keys) {
-        const double ticks = key * rate / 1000.0;
+    out.placements.reserve(times.size() * out.nodes.size());
+    for (const auto& [key, ticks] : times) {
+        out.keys.push_back(key);
         const std::size_t first = out.placements.size();
         for (const int n : out.nodes) {
             const SceneNode& node = nodes[static_cast<std::size_t>(n)];

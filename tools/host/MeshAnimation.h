@@ -21,9 +21,10 @@ struct SceneNode {
 };
 
 /// Samples the scene's first animation that moves nodes: every channel at every key time of
-/// every channel (positions and scales linear between their keys, rotations by spherical
-/// interpolation), nodes by their first namesake in `nodes`, world placements under `root`
-/// (the placement above the scene's root). Empty for a scene without such an animation;
+/// every channel, at the file's own time (positions and scales linear between their keys,
+/// rotations by spherical interpolation; keys that round to one millisecond are one), nodes
+/// by their first namesake in `nodes`, world placements under `root` (the placement above the
+/// scene's root). Empty for a scene without such an animation;
 /// throws LoadError for a key time that whole milliseconds in an int cannot hold and for more
 /// than `maxAnimationPlacements` placements.
 AnimationData sampleAnimation(const aiScene& scene, const std::vector<SceneNode>& nodes,
