@@ -61,6 +61,15 @@ const Damage damages[] = {
          d.animation->keys = {0};
          d.animation->transforms.resize(1);
      }},
+    {"columns_out_of_node_order", "out of node order",
+     [](Document& d) {
+         d.topo->nodeRefs2.setValue(1, 1);
+         d.topo->nodeRefs2.setValue(2, 0);
+         d.animation->keys = {0};
+         d.animation->transforms.assign(2, veksg::Transform());
+         for (auto& t : d.animation->transforms)
+             t.valid = true;
+     }},
     {"file_index_to_no_file", "SCExtFile.fileIndices",
      [](Document& d) { d.extFiles->fileIndices.insert(0, {0}, {}); }},
     {"points_past_their_buffer", "primitivesC",
@@ -71,6 +80,13 @@ const Damage damages[] = {
          buffer->data.reset(new float[6]());
          addPointPrimitive(*d.resources, 1, addVertexBuffer(*d.resources, buffer), {});
          d.resources->primitivesC.begin()[0].count = 3;
+     }},
+    {"buffer_forgets_its_points", "vertexLists",
+     [](Document& d) {
+         auto buffer = std::make_shared<veksg::VertexInfo>();
+         buffer->stride = 3;
+         addPointPrimitive(*d.resources, 1, addVertexBuffer(*d.resources, buffer), {});
+         d.resources->vertexLists.begin()[0].clear();
      }},
 };
 
