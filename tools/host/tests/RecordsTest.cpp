@@ -132,6 +132,13 @@ TEST(Animation, PlacesNodesWhereAssimpsOwnKeysPutThem) {
                     hipsAt(gap) * keyed(pelvis, 0, turned(before.mValue, after->mValue, share)));
 }
 
+// One channel that turns at 182 keys and holds one position and one scale.
+TEST(Animation, TakesTheKeysOfEveryKindOfChannel) {
+    const std::string path = assimpFile("3DS/RotatingCube.3DS");
+    if (!exists(path)) GTEST_SKIP() << path << " is not installed";
+    EXPECT_EQ(loadFile(path, LoadOptions()).document->animation->keys.size(), 182u);
+}
+
 // Between keys a placement turns along the shorter arc at an even rate (a quarter of the
 // way, a quarter of the turn), and holds before the first key and after the last.
 TEST(Animation, PoseInterpolatesBetweenKeysAndHoldsOutside) {
@@ -221,10 +228,13 @@ TEST(ExternalFiles, ListEveryFileAModelReadsAndWarnWhenOneIsGone) {
     }
 }
 
-// Texture names written on Windows (backslashes, letters in another case than on disk), and
-// a model that its reader looks for in two places before it finds it.
+// Texture names written on Windows (backslashes, letters in another case than on disk), a
+// model that its reader looks for in two places before it finds it, and an animation file
+// that a reader only looks for in case it is there.
 TEST(ExternalFiles, AreFoundWhereTheirReadersFindThem) {
-    for (const auto& [file, count] : {std::pair{"3DS/test1.3ds", 3}, {"LWS/move_x.lws", 1}}) {
+    for (const auto& [file, count] : {std::pair{"3DS/test1.3ds", 3},
+                                      {"LWS/move_x.lws", 1},
+                                      {"MD5/SimpleCube.md5mesh", 0}}) {
         SCOPED_TRACE(file);
         const std::string path = assimpFile(file);
         if (!exists(path)) GTEST_SKIP() << path << " is not installed";
