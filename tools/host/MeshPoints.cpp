@@ -1,5 +1,6 @@
 #include "MeshPoints.h"
 
+#include <cmath>
 #include <string>
 
 #include "LoadError.h"
@@ -42,6 +43,8 @@ std::shared_ptr<veksg::VertexInfo> pointsOf(const aiMesh& mesh) {
         const aiFace& face = mesh.mFaces[f];
         if (face.mNumIndices != 1 || face.mIndices[0] >= mesh.mNumVertices) continue;
         const aiVector3D& p = mesh.mVertices[face.mIndices[0]];
+        // Scanners write a point that is not a number where a ray found nothing.
+        if (!std::isfinite(p.x) || !std::isfinite(p.y) || !std::isfinite(p.z)) continue;
         *out++ = p.x;
         *out++ = p.y;
         *out++ = p.z;

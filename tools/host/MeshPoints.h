@@ -14,7 +14,8 @@ namespace vekhost {
 /// more points than `bytes` of input can hold.
 void facePointClouds(aiScene& scene, std::uint64_t bytes);
 
-/// The points of a mesh of points, in its own coordinates (PointCloud.h has the layout).
+/// The points of a mesh of points, in its own coordinates (PointCloud.h has the layout); points
+/// with a coordinate that is not a finite number are left out.
 std::shared_ptr<veksg::VertexInfo> pointsOf(const aiMesh& mesh);
 
 } // namespace vekhost

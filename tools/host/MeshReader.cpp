@@ -132,6 +132,8 @@ std::shared_ptr<PartGeometry> toPart(const aiMesh& source) {
         part->lines = std::move(lines);
     } else if (source.mPrimitiveTypes & aiPrimitiveType_POINT) {
         part->points = pointsOf(source);
+        // The box comes from the points kept.
+        part->bounds = OrientedBox();
     }
     return part;
 }
