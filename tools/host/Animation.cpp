@@ -147,26 +147,26 @@ bool inverted(const Matrix& m, Matrix& out) {
     return true;
 }
 
-// Each node's column, -1 where it has none; empty unless the component holds one placement
+// Each node's column, -1 where it has none; all -1 unless the component holds one placement
 // per column and key.
-std::vector<int> columnsOf(const Document& document, std::size_t& count) {
+std::vector<int> columnsOf(const Document& document) {
     const auto& refs = document.topo->nodeRefs2;
     std::vector<int> columns(static_cast<std::size_t>(refs.size()), -1);
-    count = 0;
     for (int node = 0; node < refs.size(); ++node)
-        if (refs.getValue(node) >= 0) {
-            columns[static_cast<std::size_t>(node)] = refs.getValue(node);
-            ++count;
-        }
+        columns[static_cast<std::size_t>(node)] = std::max(-1, refs.getValue(node));
+    const auto count = static_cast<std::size_t>(
+        std::count_if(columns.begin(), columns.end(), [](int c) { return c >= 0; }));
     const auto& animation = *document.animation;
     const bool whole = count > 0 && animation.transforms.size() == animation.keys.size() * count &&
                        std::all_of(columns.begin(), columns.end(),
                                    [count](int c) { return c < static_cast<int>(count); });
-    if (!whole) {
-        columns.assign(columns.size(), -1);
-        count = 0;
-    }
+    if (!whole) columns.assign(columns.size(), -1);
     return columns;
+}
+
+std::size_t columnCount(const std::vector<int>& columns) {
+    return static_cast<std::size_t>(
+        std::count_if(columns.begin(), columns.end(), [](int c) { return c >= 0; }));
 }
 } // namespace
 
@@ -186,18 +186,17 @@ void writeAnimation(Document& document, const AnimationData& animation) {
 }
 
 std::vector<int> animatedNodes(const Document& document) {
-    std::size_t count = 0;
-    const std::vector<int> columns = columnsOf(document, count);
-    std::vector<int> nodes(count, -1);
+    const std::vector<int> columns = columnsOf(document);
+    std::vector<int> nodes(columnCount(columns), -1);
     for (std::size_t node = 0; node < columns.size(); ++node)
         if (columns[node] >= 0)
             nodes[static_cast<std::size_t>(columns[node])] = static_cast<int>(node);
     return nodes;
 }
 
-AnimationPose::AnimationPose(const Document& document, double milliseconds) {
-    std::size_t count = 0;
-    columnOf = columnsOf(document, count);
+AnimationPose::AnimationPose(const Document& document, double milliseconds)
+    : columnOf(columnsOf(document)) {
+    const std::size_t count = columnCount(columnOf);
     const auto& keys = document.animation->keys;
     const auto& transforms = document.animation->transforms;
     if (count == 0 || keys.empty()) return;

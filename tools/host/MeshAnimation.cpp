@@ -139,10 +139,13 @@ AnimationData sampleAnimation(const aiScene& scene, const std::vector<SceneNode>
     channels.reserve(animation->mNumChannels);
     for (unsigned c = 0; c < animation->mNumChannels; ++c) {
         const aiNodeAnim* source = animation->mChannels[c];
-        const auto found = source ? byName.find(source->mNodeName.C_Str()) : byName.end();
-        if (found == byName.end() || channelOf[static_cast<std::size_t>(found->second)]) continue;
-        channels.emplace_back(*source, *nodes[static_cast<std::size_t>(found->second)].node);
-        channelOf[static_cast<std::size_t>(found->second)] = &channels.back();
+        if (!source) continue;
+        const auto found = byName.find(source->mNodeName.C_Str());
+        if (found == byName.end()) continue;
+        const auto node = static_cast<std::size_t>(found->second);
+        if (channelOf[node]) continue;
+        channels.emplace_back(*source, *nodes[node].node);
+        channelOf[node] = &channels.back();
     }
     if (channels.empty()) return out;
 

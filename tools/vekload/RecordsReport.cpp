@@ -54,7 +54,8 @@ ReportSection info(const vekhost::Document& document) {
         const std::string text = value->get() ? utf8FromWide(value->get().get()) : std::string();
         json << separator << "{\"key\": " << quoted(key) << ", \"value\": " << quoted(text) << '}';
         separator = ", ";
-        section.lines.push_back(key + ": " + text);
+        section.lines.push_back(key);
+        section.lines.back().append(": ").append(text);
     }
     json << "]}";
     section.json = json.str();
@@ -88,7 +89,8 @@ ReportSection files(const vekhost::Document& document) {
         section.json += std::string(k ? ", " : "") + "{\"path\": " + quoted(path) +
                         ", \"role\": " + quoted(role) +
                         ", \"found\": " + (found ? "true" : "false") + '}';
-        section.lines.push_back(role + ' ' + path + (found ? "" : " (missing)"));
+        section.lines.push_back(role);
+        section.lines.back().append(" ").append(path).append(found ? "" : " (missing)");
     }
     section.json += ']';
     return section;
