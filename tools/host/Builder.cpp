@@ -3,6 +3,9 @@
 #include <cwchar>
 #include <utility>
 
+#include "ExternalFiles.h"
+#include "PointCloud.h"
+
 namespace vekhost {
 
 namespace {
@@ -137,7 +140,30 @@ void DocumentBuilder::putOnLayer(int node, int layer) {
 void DocumentBuilder::setSource(const std::wstring& path, double tolerance) {
     doc.info->setFile(path.c_str());
     // Mesh files bring no tolerance of their own; the default stays.
-    if (tolerance > 0) doc.info->tolerance = static_cast<float>(tolerance);
+    if (tolerance > 0 && !statedTolerance) doc.info->tolerance = static_cast<float>(tolerance);
+}
+
+void DocumentBuilder::setInfo(const SourceInfo& info) {
+    writeInfo(*doc.info, info);
+    if (info.tolerance > 0) {
+        doc.info->tolerance = static_cast<float>(info.tolerance);
+        statedTolerance = true;
+    }
+    auto& attributes = *doc.attributes;
+    for (const auto& [key, value] : info.attributes) {
+        const int attribute = attributes.attributes.insert(
+            std::make_shared<veksg::StringValue>(key.c_str(), sharedText(value)));
+        attributes.attributeIndices.insert(attribute, {}, {});
+    }
+    writeExternalFiles(*doc.extFiles, info.files);
+}
+
+void DocumentBuilder::useFiles(int mesh, const std::vector<int>& files) {
+    if (mesh >= 0 && !files.empty()) doc.extFiles->fileIndices.insert(mesh, files, {});
+}
+
+void DocumentBuilder::setAnimation(const AnimationData& animation) {
+    writeAnimation(doc, animation);
 }
 
 const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& part) {
@@ -159,6 +185,9 @@ const DocumentBuilder::Bounds& DocumentBuilder::boundsOf(const PartGeometry& par
     if (part.lines && !part.lines->points.empty())
         runs.push_back({part.lines->points.front().data(), part.lines->points.size(),
                         sizeof(veksg::Point3) / sizeof(float)});
+    if (part.points && part.points->data)
+        runs.push_back({part.points->data.get(), static_cast<std::size_t>(part.points->count),
+                        static_cast<std::size_t>(part.points->stride)});
     result.oriented = fittedBox(runs);
     result.box = result.oriented.box();
     // A part with topology but no tessellation still has its vertices.
@@ -196,7 +225,14 @@ PartKeys DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeom
         setLink(scene.links7, linesKey, node);
         topo.nodeLists7.addChild(node, linesKey);
     }
-    const PartKeys keys{topo.faces.size(), topo.edges.size()};
+    if (part->points && part->points->count > 0) {
+        auto [buffer, isNew] = vertexBuffers.emplace(part.get(), -1);
+        if (isNew) buffer->second = addVertexBuffer(*doc.resources, part->points);
+        const auto& diffuse = material.diffuse;
+        addPointPrimitive(*doc.resources, node, buffer->second,
+                          veksg::Point3(diffuse[0], diffuse[1], diffuse[2]));
+    }
+    const PartKeys keys{topo.faces.size(), topo.edges.size(), meshKey};
     addTopology(node, *part, meshKey, linesKey, material);
 
     const Bounds& local = boundsOf(*part);

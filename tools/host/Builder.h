@@ -6,8 +6,10 @@
 #include <unordered_map>
 #include <vector>
 
+#include "Animation.h"
 #include "Bounds.h"
 #include "Document.h"
+#include "DocumentInfo.h"
 
 namespace vekhost {
 
@@ -43,6 +45,8 @@ struct PartGeometry {
     /// null.
     std::shared_ptr<veksg::Mesh> mesh;
     std::shared_ptr<veksg::Polyline> lines;
+    /// Points without faces (PointCloud.h has the layout); may be null.
+    std::shared_ptr<veksg::VertexInfo> points;
     std::vector<FaceData> faces;
     std::vector<EdgeData> edges;
     std::vector<Vec3> vertices;
@@ -63,6 +67,8 @@ veksg::MMaterial materialFromColor(float red, float green, float blue, float alp
 struct PartKeys {
     int face = 0;
     int edge = 0;
+    /// The mesh the node draws the part's triangles with, -1 for none.
+    int mesh = -1;
 };
 
 /// The one place where read data becomes records of the data model. Readers add nodes
@@ -81,8 +87,16 @@ public:
     /// The key of the layer with this name, made on first use.
     int layer(const std::wstring& name);
     void putOnLayer(int node, int layer);
-    /// The file and the tessellation's deflection (0: none, the default tolerance stays).
+    /// The file and the tessellation's deflection (0: none, the default tolerance stays); a
+    /// tolerance the file states (`setInfo`) wins over the deflection.
     void setSource(const std::wstring& path, double tolerance);
+    /// What the file tells about itself: SCInfo's numbers, attributes of the whole document
+    /// (listing no node), and the external files, from key 0 in the order given.
+    void setInfo(const SourceInfo& info);
+    /// The external files (keys of `SCExtFile::files`) that the mesh's material draws on.
+    void useFiles(int mesh, const std::vector<int>& files);
+    /// The document's node animation (Animation.h); nodes must exist.
+    void setAnimation(const AnimationData& animation);
     /// Node boxes of assemblies and the document-wide records; call once, after the last add.
     void complete();
 
@@ -104,6 +118,8 @@ private:
     std::vector<std::shared_ptr<const PartGeometry>> keptParts;
     std::unordered_map<const PartGeometry*, Bounds> bounds;
     std::unordered_map<const PartGeometry*, int> firstNodeOf;
+    std::unordered_map<const PartGeometry*, int> vertexBuffers;
+    bool statedTolerance = false;
     std::map<std::wstring, int> layerKeys;
 };
 

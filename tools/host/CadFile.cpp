@@ -22,6 +22,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "CadHeader.h"
 #include "CadSample.h"
 #include "LoadError.h"
 #include "OcctProgress.h"
@@ -150,22 +151,29 @@ void closeCadDocument(const Handle(TDocStd_Document) & document) {
 }
 
 TDF_LabelSequence readCadFile(const std::string& path, CadFormat format,
-                              const Handle(TDocStd_Document) & document, Progress& progress) {
+                              const Handle(TDocStd_Document) & document, Progress& progress,
+                              SourceInfo* info) {
     Handle(OcctProgress) indicator = new OcctProgress(progress);
+    SourceInfo told;
     if (format == CadFormat::Step) {
         STEPCAFControl_Reader reader;
         transfer(reader, reader.ChangeReader(), path, "STEP", document, indicator->Start());
+        told = stepInfo(reader, path);
     } else if (format == CadFormat::Iges) {
         IGESCAFControl_Reader reader;
         transfer(reader, reader, path, "IGES", document, indicator->Start());
+        told = igesInfo(reader);
     } else if (format == CadFormat::Brep) {
         readBrep(path, document, indicator->Start());
     } else {
         buildSample(document);
+        told.unit = MILLIMETRE;
     }
     TDF_LabelSequence roots;
     XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(roots);
     if (roots.IsEmpty()) throw LoadError("the file holds no shape");
+    if (format == CadFormat::Brep) told = brepInfo(XCAFDoc_ShapeTool::GetShape(roots.First()));
+    if (info) *info = told;
     return roots;
 }
 

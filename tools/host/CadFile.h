@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "DocumentInfo.h"
 #include "Progress.h"
 
 namespace vekhost {
@@ -22,7 +23,9 @@ void closeCadDocument(const Handle(TDocStd_Document) & document);
 /// Reads the file at `path` into an empty `document`, with its product structure, names,
 /// colours and layers (`path` is ignored for the built-in sample). Returns the labels of the
 /// top-level shapes; throws LoadError when the file is unreadable, damaged or holds no shape.
+/// `info`, when given, receives what the file tells about itself (CadHeader.h).
 TDF_LabelSequence readCadFile(const std::string& path, CadFormat format,
-                              const Handle(TDocStd_Document) & document, Progress& progress);
+                              const Handle(TDocStd_Document) & document, Progress& progress,
+                              SourceInfo* info = nullptr);
 
 } // namespace vekhost

@@ -25,7 +25,7 @@ public:
 
     const char* format() const override { return formatName(kind); }
     void read(Progress& progress) override {
-        guarded([&] { roots = readCadFile(path, kind, shapes->document(), progress); });
+        guarded([&] { roots = readCadFile(path, kind, shapes->document(), progress, &info); });
     }
     void tessellate(Progress& progress) override {
         guarded([&] {
@@ -33,7 +33,10 @@ public:
         });
     }
     void fill(DocumentBuilder& builder) override {
-        guarded([&] { walkProducts(roots, *shapes, builder); });
+        guarded([&] {
+            builder.setInfo(info);
+            walkProducts(roots, *shapes, builder);
+        });
     }
     double deflection() const override { return usedDeflection; }
     std::shared_ptr<const CadShapes> cadShapes() const override { return shapes; }
@@ -65,6 +68,7 @@ private:
     double usedDeflection = 0;
     std::shared_ptr<CadShapes> shapes;
     TDF_LabelSequence roots;
+    SourceInfo info;
 };
 } // namespace
 

@@ -8,6 +8,7 @@
 
 #include "Builder.h"
 #include "KeySpaces.h"
+#include "RecordsCheck.h"
 #include "veksg/Tables.h"
 
 namespace vekhost {
@@ -35,6 +36,7 @@ public:
         primitives();
         sideTables();
         visibility();
+        records();
         return std::move(result);
     }
 
@@ -119,6 +121,14 @@ private:
                     problem(at(forwardTable, owner) + " lists " + std::to_string(child) + " but " +
                             at(backTable, child) + " does not list " + std::to_string(owner));
             }
+    }
+
+    void records() {
+        RecordFindings found = checkRecords(doc);
+        result.references += found.references;
+        for (const std::string& text : found.problems)
+            problem(text);
+        result.warnings = std::move(found.warnings);
     }
 
     void entities();

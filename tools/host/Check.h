@@ -13,6 +13,9 @@ struct CheckResult {
     long long problemCount = 0;
     /// The first problems found, each described in one line.
     std::vector<std::string> problems;
+    /// What is wrong with the user's files rather than with the document (a referenced file
+    /// missing); warnings do not make a check fail.
+    std::vector<std::string> warnings;
 
     bool ok() const { return problemCount == 0; }
 };
@@ -20,7 +23,8 @@ struct CheckResult {
 /// Walks a filled and resized document and verifies every cross-reference: keys in
 /// relation lists and links exist in their tables and the relations agree both ways,
 /// primitive ranges lie inside their mesh or polyline, side tables cover their key spaces,
-/// and the run-time visibility sets match the key ranges.
+/// the run-time visibility sets match the key ranges, and the document-level records hold
+/// together (RecordsCheck.h).
 CheckResult checkDocument(Document& document);
 
 } // namespace vekhost

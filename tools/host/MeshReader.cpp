@@ -15,6 +15,9 @@
 #include <vector>
 
 #include "LoadError.h"
+#include "MeshAnimation.h"
+#include "MeshFiles.h"
+#include "MeshPoints.h"
 #include "Text.h"
 
 namespace vekhost {
@@ -35,18 +38,6 @@ private:
     Progress& bar;
     double start = 0.0;
 };
-
-Matrix toMatrix(const aiMatrix4x4& a) {
-    Matrix out;
-    const ai_real rows[4][4] = {{a.a1, a.a2, a.a3, a.a4},
-                                {a.b1, a.b2, a.b3, a.b4},
-                                {a.c1, a.c2, a.c3, a.c4},
-                                {a.d1, a.d2, a.d3, a.d4}};
-    for (std::size_t col = 0; col < 4; ++col)
-        for (std::size_t row = 0; row < 4; ++row)
-            out.m[col * 4 + row] = rows[row][col];
-    return out;
-}
 
 // The data model's world has Z up, as CAD files do. glTF is Y-up by definition and Assimp
 // turns Collada files to Y-up whatever they declare, so those are stood upright by the root's
@@ -139,6 +130,10 @@ std::shared_ptr<PartGeometry> toPart(const aiMesh& source) {
             }
         }
         part->lines = std::move(lines);
+    } else if (source.mPrimitiveTypes & aiPrimitiveType_POINT) {
+        part->points = pointsOf(source);
+        // The box comes from the points kept.
+        part->bounds = OrientedBox();
     }
     return part;
 }
@@ -186,7 +181,14 @@ public:
         if (name == "STL") checkStlComplete(path);
         progressAdapter = new ProgressAdapter(progress);
         importer.SetProgressHandler(progressAdapter);
-        scene = importer.ReadFile(path, aiProcess_ValidateDataStructure);
+        fileLog = new FileLog;
+        importer.SetIOHandler(fileLog);
+        scene = importer.ReadFile(path, 0);
+        failIfEmpty("not a readable mesh file");
+        // Validation refuses meshes without faces; points are what a point cloud has. The scene
+        // stays the importer's, which also frees the faces added to it.
+        facePointClouds(const_cast<aiScene&>(*scene), fileLog->bytesOpened());
+        scene = importer.ApplyPostProcessing(aiProcess_ValidateDataStructure);
         failIfEmpty("not a readable mesh file");
     }
 
@@ -198,9 +200,12 @@ public:
     }
 
     void fill(DocumentBuilder& builder) override {
+        builder.setInfo(meshSourceInfo(*scene, path, name, *fileLog, texturesOf));
         parts.resize(scene->mNumMeshes);
         materials.resize(scene->mNumMaterials);
-        walk(builder, *scene->mRootNode, -1, uprightPlacement(name));
+        const Matrix root = uprightPlacement(name);
+        walk(builder, *scene->mRootNode, -1, root);
+        builder.setAnimation(sampleAnimation(*scene, nodes, root));
     }
 
 private:
@@ -212,15 +217,18 @@ private:
 
     void walk(DocumentBuilder& builder, const aiNode& source, int parent,
               const Matrix& parentWorld) {
-        const Matrix world = parentWorld * toMatrix(source.mTransformation);
+        const Matrix world = parentWorld * fromAssimp(source.mTransformation);
         const int node = builder.addNode(wideFromUtf8(source.mName.C_Str()), parent, world);
+        nodes.push_back({&source, parent, world});
         for (unsigned i = 0; i < source.mNumMeshes; ++i) {
             const unsigned index = source.mMeshes[i];
             if (index >= scene->mNumMeshes) continue;
             const aiMesh& mesh = *scene->mMeshes[index];
             auto& part = parts[index];
             if (!part) part = toPart(mesh);
-            builder.addPart(node, part, materialOf(mesh.mMaterialIndex));
+            const PartKeys keys = builder.addPart(node, part, materialOf(mesh.mMaterialIndex));
+            if (mesh.mMaterialIndex < texturesOf.size())
+                builder.useFiles(keys.mesh, texturesOf[mesh.mMaterialIndex]);
         }
         for (unsigned i = 0; i < source.mNumChildren; ++i)
             walk(builder, *source.mChildren[i], node, world);
@@ -238,7 +246,11 @@ private:
     std::string name;
     Assimp::Importer importer;
     ProgressAdapter* progressAdapter = nullptr; // owned by the importer
+    FileLog* fileLog = nullptr;                 // owned by the importer
     const aiScene* scene = nullptr;
+    // The scene's nodes by their keys, and each material's textures by their external file keys.
+    std::vector<SceneNode> nodes;
+    std::vector<std::vector<int>> texturesOf;
     std::vector<std::shared_ptr<const PartGeometry>> parts;
     std::vector<veksg::MMaterial> materials;
 };

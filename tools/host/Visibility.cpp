@@ -38,6 +38,11 @@ bool Visibility::edgeShown(int edge) const {
            nodeShown(linkOf(scene.links7, linkOf(resources.primBLinks2, edge)));
 }
 
+bool Visibility::pointsShown(int primitive) const {
+    return primitive >= 0 && primitive < resources.primitivesC.size() &&
+           nodeShown(resources.primitivesC.getValue(primitive).id);
+}
+
 // Down from the roots whose bit is set, into every child whose bit is set too.
 void Visibility::findShownNodes() {
     const std::vector<bool>& bits = runtime.visibility.sets[0];

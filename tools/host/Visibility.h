@@ -15,6 +15,7 @@ namespace vekhost {
 ///   triangles of a mesh that no face covers (mesh files) when the mesh's bit in set 7 is;
 ///   an edge's points (`primitivesB`) when its bit in set 3 is. Each also needs the node of
 ///   its mesh or polyline (`SCScene::links6a`, `links7`) shown.
+/// - A points primitive (`primitivesC`, no set of its own) shows when its node (`id`) does.
 /// - A missing bit is a cleared one.
 ///
 /// The shown nodes are worked out when it is made: make a new one after node bits or the
@@ -29,6 +30,8 @@ public:
     /// Whether a mesh that no face covers shows whole.
     bool meshShown(int mesh) const;
     bool edgeShown(int edge) const;
+    /// Whether the points primitive shows.
+    bool pointsShown(int primitive) const;
     /// The nodes that no node lists as a child, in key order: where the hierarchy starts.
     const std::vector<int>& roots() const { return rootNodes; }
 

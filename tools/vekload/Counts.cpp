@@ -134,6 +134,9 @@ Figures recordCounts(const Document& document) {
     long long points = 0;
     for (const auto& line : scene.polylines)
         if (line) points += static_cast<long long>(line->points.size());
+    long long cloud = 0;
+    for (const auto& buffer : res.vertexInfos)
+        if (buffer) cloud += buffer->count;
     return {
         {"SCSceneTopo.nodes", topo.nodes.size()},
         {"SCSceneTopo.faces", topo.faces.size()},
@@ -151,6 +154,9 @@ Figures recordCounts(const Document& document) {
         {"SCSceneRes.primitivesA", res.primitivesA.size()},
         {"SCSceneRes.primitivesB", res.primitivesB.size()},
         {"SCSceneRes.orientedBoxes", res.orientedBoxes.size()},
+        {"SCSceneRes.vertexInfos", res.vertexInfos.size()},
+        {"SCSceneRes.vertexInfos.points", cloud},
+        {"SCSceneRes.primitivesC", res.primitivesC.size()},
         {"SCAttributes.attributes", document.attributes->attributes.size()},
         {"SCPmi.pmis", document.pmi->pmis.size()},
         {"Document.layers", document.layers.size()},

@@ -18,6 +18,14 @@ double positiveNumber(const char* option, const char* text) {
     return value;
 }
 
+double anyNumber(const char* option, const char* text) {
+    char* end = nullptr;
+    const double value = text ? std::strtod(text, &end) : 0.0;
+    if (!text || end == text || *end != '\0' || !std::isfinite(value))
+        throw std::invalid_argument(std::string(option) + " needs a number");
+    return value;
+}
+
 // A whole decimal number from `low` to `high`; `rest` receives what follows it.
 bool wholeNumber(const char* text, long low, long high, int& value, const char** rest) {
     if (!text || *text < '0' || *text > '9') return false;
@@ -49,7 +57,7 @@ void pictureSize(const char* text, int& width, int& height) {
 
 const char* usage() {
     return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation]\n"
-           "               [--png OUT [--view K] [--size WxH]] [FILE...]\n"
+           "               [--png OUT [--view K] [--size WxH] [--time MS]] [FILE...]\n"
            "Loads CAD files (STEP, IGES, BREP) and mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
            "3DS, DAE and the other formats Assimp reads) into the veksg data model and\n"
            "summarises each. Without FILE it loads a built-in sample assembly.\n"
@@ -63,6 +71,7 @@ const char* usage() {
            "  --view K        orientation of the picture: 0 isometric (default), 1 front,\n"
            "                  2 top, 3 right, 4 back, 5 bottom, 6 left\n"
            "  --size WxH      size of the picture in pixels (default 256x256)\n"
+           "  --time MS       draw the animation MS milliseconds after its start\n"
            "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
            "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }
@@ -96,6 +105,10 @@ Options parseOptions(int argc, const char* const* argv) {
         } else if (std::strcmp(arg, "--view") == 0) {
             options.view = viewKey(i + 1 < argc ? argv[++i] : nullptr);
             pictureOption = true;
+        } else if (std::strcmp(arg, "--time") == 0) {
+            options.time = anyNumber(arg, i + 1 < argc ? argv[++i] : nullptr);
+            options.timed = true;
+            pictureOption = true;
         } else if (std::strcmp(arg, "--size") == 0) {
             pictureSize(i + 1 < argc ? argv[++i] : nullptr, options.width, options.height);
             pictureOption = true;
@@ -104,7 +117,7 @@ Options parseOptions(int argc, const char* const* argv) {
         }
     }
     if (options.png.empty() && pictureOption)
-        throw std::invalid_argument("--view and --size only go with --png");
+        throw std::invalid_argument("--view, --size and --time only go with --png");
     if (!options.png.empty() && !pngSupported())
         throw std::invalid_argument("--png: this vekload was built without libpng");
     if (options.files.size() > 1 && !options.png.empty())

@@ -21,6 +21,9 @@ struct Options {
     int view = 0;
     int width = 256;
     int height = 256;
+    /// Draw the animation at `time` milliseconds from its start instead of the resting model.
+    bool timed = false;
+    double time = 0;
     std::vector<std::string> files;
 };
 

@@ -4,11 +4,14 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
+#include "Animation.h"
 #include "Bounds.h"
 #include "Builder.h"
+#include "PointCloud.h"
 #include "Visibility.h"
 
 namespace vekload {
@@ -152,6 +155,20 @@ public:
         }
     }
 
+    // A square of `size` pixels around the point.
+    void square(const ScreenPoint& p, int size) {
+        if (!finite(p)) return;
+        const double x0 = std::floor(p.x - size / 2.0);
+        const double y0 = std::floor(p.y - size / 2.0);
+        for (int dy = 0; dy < size; ++dy)
+            for (int dx = 0; dx < size; ++dx) {
+                const double x = x0 + dx;
+                const double y = y0 + dy;
+                if (x < 0 || y < 0 || x >= image.width || y >= image.height) continue;
+                plot(static_cast<int>(x), static_cast<int>(y), p.z, p.color);
+            }
+    }
+
     Image image;
 
 private:
@@ -179,37 +196,47 @@ public:
     Painter(const Document& document, const Matrix& view, const RenderOptions& options)
         : scene(*document.scene), resources(*document.resources), visibility(document), view(view),
           canvas(options.width, options.height) {
-        framed = fit(options);
+        if (options.timed) pose.emplace(document, options.time);
+        framed = fit(document, options);
     }
 
     Image paint() {
         if (framed) {
             meshes();
             edges();
+            points();
         }
         return std::move(canvas.image);
     }
 
 private:
-    // Scale and centre from the projected corners of the roots' boxes; false without a box.
-    bool fit(const RenderOptions& options) {
+    // Scale and centre from the projected corners of the roots' boxes (and at a time, of the
+    // room the animation sweeps); false without a box.
+    bool fit(const Document& document, const RenderOptions& options) {
         double low[2] = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
         double high[2] = {std::numeric_limits<double>::lowest(),
                           std::numeric_limits<double>::lowest()};
         bool any = false;
-        for (const int root : visibility.roots()) {
-            if (!has(scene.boxes, root) || !scene.boxes.getValue(root).valid) continue;
-            const veksg::BBox& box = scene.boxes.getValue(root);
+        auto take = [&](const Vec3& min, const Vec3& max) {
             for (int corner = 0; corner < 8; ++corner) {
-                const Vec3 p = view.point({corner & 1 ? box.max[0] : box.min[0],
-                                           corner & 2 ? box.max[1] : box.min[1],
-                                           corner & 4 ? box.max[2] : box.min[2]});
+                const Vec3 p =
+                    view.point({corner & 1 ? max[0] : min[0], corner & 2 ? max[1] : min[1],
+                                corner & 4 ? max[2] : min[2]});
                 for (std::size_t i = 0; i < 2; ++i) {
                     low[i] = std::min(low[i], p[i]);
                     high[i] = std::max(high[i], p[i]);
                 }
             }
             any = true;
+        };
+        for (const int root : visibility.roots()) {
+            if (!has(scene.boxes, root) || !scene.boxes.getValue(root).valid) continue;
+            const veksg::BBox& box = scene.boxes.getValue(root);
+            take({box.min[0], box.min[1], box.min[2]}, {box.max[0], box.max[1], box.max[2]});
+        }
+        if (pose) {
+            const vekhost::Box3 swept = vekhost::animationBounds(document);
+            if (swept.valid) take(swept.min, swept.max);
         }
         if (!any) return false;
         const int margin = frameMargin(options.width, options.height);
@@ -230,6 +257,7 @@ private:
     }
 
     Matrix placement(int node) const {
+        if (const Matrix* moved = pose ? pose->placement(node) : nullptr) return view * *moved;
         if (!has(scene.transforms, node) || !scene.transforms.getValue(node).valid) return view;
         return view * toMatrix(scene.transforms.getValue(node).matrix);
     }
@@ -335,9 +363,41 @@ private:
         }
     }
 
+    // Points are squares this many pixels wide, so that a sparse cloud still shows.
+    static int pointSize(const Image& image) {
+        return std::max(1, std::min(image.width, image.height) / 128);
+    }
+
+    void points() {
+        const int size = pointSize(canvas.image);
+        for (int p = 0; p < resources.primitivesC.size(); ++p) {
+            if (!visibility.pointsShown(p)) continue;
+            const veksg::PrimitiveInfo& range = resources.primitivesC.getValue(p);
+            const int key = linkOf(resources.primCLinks1, p);
+            if (!has(resources.vertexInfos, key) || !resources.vertexInfos.getValue(key)) continue;
+            const veksg::VertexInfo& buffer = *resources.vertexInfos.getValue(key);
+            if (!buffer.data || (buffer.stride != vekhost::points::plainStride &&
+                                 buffer.stride != vekhost::points::colouredStride))
+                continue;
+            const Matrix place = placement(range.id);
+            const Color plain{range.color[0], range.color[1], range.color[2]};
+            const long long begin = std::clamp<long long>(range.first, 0, buffer.count);
+            const long long end =
+                std::min<long long>(buffer.count, begin + std::max(range.count, 0));
+            for (long long i = begin; i < end; ++i) {
+                const float* point = buffer.data.get() + i * buffer.stride;
+                const Color color = buffer.stride == vekhost::points::colouredStride
+                                        ? Color{point[3], point[4], point[5]}
+                                        : plain;
+                canvas.square(toScreen(place.point(toVec(point)), color), size);
+            }
+        }
+    }
+
     const veksg::SCScene& scene;
     const veksg::SCSceneRes& resources;
     const vekhost::Visibility visibility;
+    std::optional<vekhost::AnimationPose> pose;
     const Matrix view;
     Canvas canvas;
     bool framed = false;

@@ -32,6 +32,9 @@ struct RenderOptions {
     /// Key of `SCView::orientations`: 0 isometric, 1 front, 2 top, 3 right, 4 back,
     /// 5 bottom, 6 left.
     int view = 0;
+    /// Draw the nodes where the animation puts them `time` milliseconds after its start.
+    bool timed = false;
+    double time = 0;
 };
 
 /// Pixels kept free on each side when the model is fitted to the picture.
@@ -44,6 +47,8 @@ int frameMargin(int width, int height);
 ///   colours of `VNC` win), Gouraud-shaded by one light fixed to the viewer;
 /// - the edges' line strips (`SCSceneRes::primitivesB` into `SCScene::polylines`) over them,
 ///   in their `polylineMaterials` colour;
+/// - points (`SCSceneRes::primitivesC` into `vertexInfos`) as small squares in their own
+///   colours or, without, in the primitive's `color`;
 /// - only what `SCSceneRT::visibility` leaves visible, by the host's rule (`vekhost::Visibility`):
 ///   a node shows when its bit in set 0 and those of every node above it in `SCScene::hierarchy`
 ///   are set; a face's triangles (`primitivesA`) need its bit in set 2, the triangles of a mesh
@@ -53,7 +58,10 @@ int frameMargin(int width, int height);
 /// The orientation matrix is stored like a transform, column after column, and takes world
 /// coordinates to the viewer's: its rows are the world directions of the picture's right,
 /// up and towards the viewer. The view is fitted to the projected corners of the root nodes'
-/// `boxes`, centred, with `frameMargin` pixels to spare. Throws std::invalid_argument for a
+/// `boxes`, centred, with `frameMargin` pixels to spare; at a time, the animated nodes are
+/// placed by `vekhost::AnimationPose` and the fit also takes in the room the animation sweeps
+/// (`vekhost::animationBounds`), so that every time of one model shares one frame. Throws
+/// std::invalid_argument for a
 /// view key the document does not hold or a size below one pixel.
 Image render(const vekhost::Document& document, const RenderOptions& options);
 

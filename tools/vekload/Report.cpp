@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Counts.h"
+#include "RecordsReport.h"
 
 namespace vekload {
 
@@ -28,6 +29,8 @@ FileReport describe(const std::string& file, const LoadResult& result, const Che
         report.checked = true;
         report.check = *check;
     }
+    for (ReportSection& section : recordSections(*result.document, check))
+        report.sections.push_back(std::move(section));
     return report;
 }
 

@@ -27,6 +27,8 @@ void drawPicture(const vekhost::Document& document, const vekload::Options& opti
     picture.width = options.width;
     picture.height = options.height;
     picture.view = options.view;
+    picture.timed = options.timed;
+    picture.time = options.time;
     vekload::writePng(options.png, vekload::render(document, picture));
 }
 

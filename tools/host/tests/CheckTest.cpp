@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <ostream>
 #include <string>
 
 #include "Check.h"
 #include "Loader.h"
+#include "PointCloud.h"
 
 namespace vekhost::test {
 namespace {
@@ -47,6 +49,45 @@ const Damage damages[] = {
     {"entity_id_not_its_key", "vertices", [](Document& d) { d.topo->vertices.begin()[4].id = 9; }},
     {"mesh_missing", "meshes", [](Document& d) { d.scene->meshes.setValue(1, nullptr); }},
     {"layer_link_to_no_node", "links8", [](Document& d) { d.scene->links8.setValue(0, 99); }},
+    {"animation_short_of_placements", "SCAnimation.transforms",
+     [](Document& d) {
+         d.topo->nodeRefs2.setValue(1, 0);
+         d.animation->keys = {0, 40};
+     }},
+    {"two_nodes_in_one_column", "nodeRefs2",
+     [](Document& d) {
+         d.topo->nodeRefs2.setValue(1, 0);
+         d.topo->nodeRefs2.setValue(2, 0);
+         d.animation->keys = {0};
+         d.animation->transforms.resize(1);
+     }},
+    {"columns_out_of_node_order", "out of node order",
+     [](Document& d) {
+         d.topo->nodeRefs2.setValue(1, 1);
+         d.topo->nodeRefs2.setValue(2, 0);
+         d.animation->keys = {0};
+         d.animation->transforms.assign(2, veksg::Transform());
+         for (auto& t : d.animation->transforms)
+             t.valid = true;
+     }},
+    {"file_index_to_no_file", "SCExtFile.fileIndices",
+     [](Document& d) { d.extFiles->fileIndices.insert(0, {0}, {}); }},
+    {"points_past_their_buffer", "primitivesC",
+     [](Document& d) {
+         auto buffer = std::make_shared<veksg::VertexInfo>();
+         buffer->stride = 3;
+         buffer->count = 2;
+         buffer->data.reset(new float[6]());
+         addPointPrimitive(*d.resources, 1, addVertexBuffer(*d.resources, buffer), {});
+         d.resources->primitivesC.begin()[0].count = 3;
+     }},
+    {"buffer_forgets_its_points", "vertexLists",
+     [](Document& d) {
+         auto buffer = std::make_shared<veksg::VertexInfo>();
+         buffer->stride = 3;
+         addPointPrimitive(*d.resources, 1, addVertexBuffer(*d.resources, buffer), {});
+         d.resources->vertexLists.begin()[0].clear();
+     }},
 };
 
 // Names the case in test listings instead of dumping its bytes.

@@ -115,6 +115,8 @@ TEST(CommandLine, RejectsBadArgumentsWithUsage) {
         {"--png", "a.png", "--size", "640"},
         {"--png", "a.png", "--size", "64x48x2"},
         {"--view", "2"},
+        {"--time", "5"},
+        {"--png", "a.png", "--time", "soon"},
         {"--png", "a.png", "one.step", "two.step"}};
     for (const auto& args : cases) {
         const Outcome result = run(args);

@@ -292,6 +292,50 @@ TEST_F(Pictures, DrawOnlyWhatTheVisibilityBitsShow) {
     EXPECT_EQ(coverageOf(draw(*cross, 0)).pixels, 0);
 }
 
+// At a time, a moving part stands where the animation puts it, in one frame that holds the
+// whole animation; points show as squares in their own colours where their node shows.
+TEST(RecordPictures, AnimationMovesPartsWithinOneFrameAndPointsShow) {
+    Document doc;
+    DocumentBuilder builder(doc);
+    const int mover = builder.addNode(L"mover", -1, Matrix());
+    builder.addPart(mover, boxPart({-1, -1, -1}, {1, 1, 1}, Layout::VN),
+                    materialFromColor(1, 0, 0, 1));
+    auto cloud = std::make_shared<PartGeometry>();
+    cloud->points = std::make_shared<veksg::VertexInfo>();
+    cloud->points->stride = 7;
+    cloud->points->count = 2;
+    cloud->points->data.reset(new float[14]{0, 0, -3, 0, 0, 1, 1, 0, 0, 3, 0, 1, 0, 1});
+    const int points = builder.addNode(L"points", -1, Matrix());
+    builder.addPart(points, cloud, materialFromColor(1, 1, 1, 1));
+    Matrix far;
+    far.m[12] = 8;
+    builder.setAnimation({{0, 1000}, {mover}, {Matrix(), far}});
+    builder.complete();
+    doc.resizeAll();
+
+    RenderOptions front;
+    front.view = 1;
+    front.width = 200;
+    front.height = 100;
+    front.timed = true;
+    std::vector<double> across;
+    for (const double time : {-10.0, 500.0, 2000.0}) {
+        front.time = time;
+        const Image image = render(doc, front);
+        const Coverage red = coverageOf(image);
+        across.push_back(spotOf(image, Hue::Red).at[0]);
+        EXPECT_GE(red.left, frameMargin(200, 100));
+        EXPECT_LT(red.right, 200 - frameMargin(200, 100));
+        // Blue below, green above: the points stay put.
+        EXPECT_LT(spotOf(image, Hue::Blue).at[1], -20);
+        EXPECT_GT(spotOf(image, Hue::Green).at[1], 20);
+    }
+    EXPECT_NEAR(across[1] - across[0], across[2] - across[1], 1.0) << "halfway at 500 ms";
+    EXPECT_GT(across[2] - across[0], 100);
+    doc.runtime->visibility.sets[0][static_cast<std::size_t>(points)] = false;
+    EXPECT_EQ(spotOf(render(doc, front), Hue::Blue).pixels, 0);
+}
+
 TEST_F(Pictures, PngKeepsEveryPixel) {
     if (!pngSupported()) GTEST_SKIP() << "built without libpng";
     const Image image = draw(sample(), 0, 97, 61);

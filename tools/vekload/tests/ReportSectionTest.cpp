@@ -4,7 +4,9 @@
 #include <sstream>
 #include <string>
 
+#include "Builder.h"
 #include "JsonReport.h"
+#include "RecordsReport.h"
 #include "Report.h"
 #include "TextReport.h"
 #include "Wire.h"
@@ -54,6 +56,33 @@ TEST(ReportSections, TravelFromTheWorkerAndFollowEverythingElseInBothPrinters) {
         endsWith(json.str(), "\"problems\": []},\n   \"holes\": " + report.sections[0].json +
                                  ",\n   \"documentInfo\": []}\n]}\n"))
         << json.str();
+}
+
+// The document's own attributes, not its nodes'; the animation's span; each external file and
+// a warning for the one that is missing.
+TEST(ReportSections, TellTheDocumentsRecords) {
+    vekhost::Document doc;
+    vekhost::DocumentBuilder builder(doc);
+    vekhost::SourceInfo info;
+    info.unit = vekhost::MILLIMETRE;
+    info.fileUnit = vekhost::INCH;
+    info.attributes = {{L"author", L"Ann"}};
+    info.files = {{L"/nowhere/a.png", vekhost::roles::texture, false}};
+    builder.setInfo(info);
+    builder.addNode(L"part", -1, vekhost::Matrix());
+    builder.setAnimation({{40, 1000}, {0}, {vekhost::Matrix(), vekhost::Matrix()}});
+    builder.complete();
+
+    const std::vector<ReportSection> sections = recordSections(doc, nullptr);
+    ASSERT_EQ(sections.size(), 4U);
+    EXPECT_EQ(sections[0].json, "{\"unit\": \"mm\", \"fileUnit\": \"in\", \"tolerance\": 0.001, "
+                                "\"entities\": 0, \"roots\": -1, \"animations\": 0, "
+                                "\"attributes\": [{\"key\": \"author\", \"value\": \"Ann\"}]}");
+    EXPECT_EQ(sections[0].lines, (std::vector<std::string>{
+                                     "unit mm, file unit in, tolerance 0.001", "author: Ann"}));
+    EXPECT_EQ(sections[1].json, "{\"keys\": 2, \"start\": 40, \"end\": 1000, \"nodes\": 1}");
+    EXPECT_EQ(sections[2].lines, (std::vector<std::string>{"texture /nowhere/a.png (missing)"}));
+    EXPECT_EQ(sections[3].json, "[\"missing texture: /nowhere/a.png\"]");
 }
 
 } // namespace
