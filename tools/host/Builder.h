@@ -99,6 +99,8 @@ public:
     void setAnimation(const AnimationData& animation);
     /// Node boxes of assemblies and the document-wide records; call once, after the last add.
     void complete();
+    /// The document being filled, for readers that fill components of their own.
+    Document& document() { return doc; }
 
 private:
     struct Bounds {

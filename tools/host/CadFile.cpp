@@ -11,9 +11,12 @@
 #include <Message_PrinterOStream.hxx>
 #include <STEPCAFControl_Controller.hxx>
 #include <STEPCAFControl_Reader.hxx>
+#include <TDF_AttributeIterator.hxx>
+#include <TDF_ChildIterator.hxx>
 #include <TDataStd_Name.hxx>
 #include <XCAFApp_Application.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_GraphNode.hxx>
 #include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <XSControl_Reader.hxx>
@@ -147,6 +150,17 @@ void closeCadDocument(const Handle(TDocStd_Document) & document) {
     layers->GetLayerLabels(labels);
     for (const TDF_Label& label : labels)
         layers->RemoveLayer(label);
+    // So are tolerances and their datums, and saved views and what they show.
+    for (TDF_ChildIterator it(document->Main(), Standard_True); it.More(); it.Next())
+        for (TDF_AttributeIterator attributes(it.Value()); attributes.More(); attributes.Next()) {
+            const Handle(XCAFDoc_GraphNode) node =
+                Handle(XCAFDoc_GraphNode)::DownCast(attributes.Value());
+            if (node.IsNull()) continue;
+            while (node->NbFathers() > 0)
+                node->UnSetFather(node->GetFather(1));
+            while (node->NbChildren() > 0)
+                node->UnSetChild(node->GetChild(1));
+        }
     XCAFApp_Application::GetApplication()->Close(document);
 }
 
@@ -157,6 +171,9 @@ TDF_LabelSequence readCadFile(const std::string& path, CadFormat format,
     SourceInfo told;
     if (format == CadFormat::Step) {
         STEPCAFControl_Reader reader;
+        // Dimensions, tolerances, datums and saved views come into the document too.
+        reader.SetGDTMode(true);
+        reader.SetViewMode(true);
         transfer(reader, reader.ChangeReader(), path, "STEP", document, indicator->Start());
         told = stepInfo(reader, path);
     } else if (format == CadFormat::Iges) {

@@ -9,7 +9,9 @@
 
 #include "CadShapes.h"
 #include "LoadError.h"
+#include "PmiReader.h"
 #include "ProductWalk.h"
+#include "SavedViews.h"
 #include "Tessellation.h"
 
 namespace vekhost {
@@ -36,6 +38,8 @@ public:
         guarded([&] {
             builder.setInfo(info);
             walkProducts(roots, *shapes, builder);
+            const PmiKeys annotations = readPmi(*shapes, builder.document());
+            readSavedViews(*shapes, annotations, builder.document());
         });
     }
     double deflection() const override { return usedDeflection; }

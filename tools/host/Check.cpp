@@ -8,6 +8,7 @@
 
 #include "Builder.h"
 #include "KeySpaces.h"
+#include "PmiCheck.h"
 #include "RecordsCheck.h"
 #include "veksg/Tables.h"
 
@@ -129,6 +130,10 @@ private:
         for (const std::string& text : found.problems)
             problem(text);
         result.warnings = std::move(found.warnings);
+        const RecordFindings annotations = checkPmi(doc);
+        result.references += annotations.references;
+        for (const std::string& text : annotations.problems)
+            problem(text);
     }
 
     void entities();

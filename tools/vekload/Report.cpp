@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Counts.h"
+#include "PmiReport.h"
 #include "RecordsReport.h"
 
 namespace vekload {
@@ -30,6 +31,8 @@ FileReport describe(const std::string& file, const LoadResult& result, const Che
         report.check = *check;
     }
     for (ReportSection& section : recordSections(*result.document, check))
+        report.sections.push_back(std::move(section));
+    for (ReportSection& section : pmiSections(*result.document))
         report.sections.push_back(std::move(section));
     return report;
 }

@@ -1,0 +1,194 @@
+// PMI from an AP242 file that Open CASCADE wrote: read into the data model, reported,
+// checked, and its saved views.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "Check.h"
+#include "Loader.h"
+#include "PmiFile.h"
+#include "PmiReader.h"
+#include "PmiReport.h"
+#include "SavedViews.h"
+#include "TestFiles.h"
+#include "veksg/States.h"
+
+namespace vekload::test {
+namespace {
+
+const std::string& pmiPart() {
+    static const std::string path = [] {
+        const std::string file = vekhost::test::scratchDirectory() + "/pmi-part.step";
+        vekhost::test::writePmiPart(file);
+        return file;
+    }();
+    return path;
+}
+
+vekhost::LoadResult loadPart() {
+    return vekhost::loadFile(pmiPart(), vekhost::LoadOptions());
+}
+
+// The face whose box is flat at `value` on `axis`; -1 for none.
+int flatFace(const vekhost::Document& document, int axis, float value) {
+    const auto& faces = document.topo->faces;
+    for (int key = 0; key < faces.size(); ++key) {
+        const veksg::Face& face = faces.getValue(key);
+        if (std::abs(face.pointA[axis] - value) < 1e-3f &&
+            std::abs(face.pointB[axis] - value) < 1e-3f)
+            return key;
+    }
+    return -1;
+}
+
+// The face of the hole: the one whose box lies inside the block on x.
+int boreFace(const vekhost::Document& document) {
+    const auto& faces = document.topo->faces;
+    for (int key = 0; key < faces.size(); ++key)
+        if (faces.getValue(key).pointA[0] > 10 && faces.getValue(key).pointB[0] < 30) return key;
+    return -1;
+}
+
+float distance(const veksg::Point3& a, const veksg::Point3& b) {
+    return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
+}
+
+TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
+    const vekhost::LoadResult result = loadPart();
+    const vekhost::Document& document = *result.document;
+    const veksg::SCPmi& pmi = *document.pmi;
+    const std::string left = std::to_string(flatFace(document, 0, 0));
+    const std::string right = std::to_string(flatFace(document, 0, 40));
+    const std::string bottom = std::to_string(flatFace(document, 2, 0));
+    const std::string top = std::to_string(flatFace(document, 2, 10));
+    const std::string bore = std::to_string(boreFace(document));
+
+    const std::vector<ReportSection> sections = pmiSections(document);
+    ASSERT_EQ(sections.size(), 1U);
+    ASSERT_EQ(pmi.pmis.size(), 5);
+    const std::string& json = sections[0].json;
+    for (const std::string& annotation :
+         {"{\"kind\": \"distance\", \"text\": \"40 \u00b10.1\", \"value\": 40, \"upper\": "
+          "0.1, \"lower\": -0.1, \"datums\": [], \"faces\": [" +
+              left + ", " + right + "]}",
+          "{\"kind\": \"diameter\", \"text\": \"\u230012 +0.05/0\", \"value\": 12, \"upper\": "
+          "0.05, \"lower\": 0, \"datums\": [], \"faces\": [" +
+              bore + "]}",
+          "{\"kind\": \"flatness\", \"text\": \"\u23e5 0.05\", \"value\": 0.05, \"upper\": "
+          "0.05, \"lower\": 0, \"datums\": [], \"faces\": [" +
+              top + "]}",
+          "{\"kind\": \"perpendicularity\", \"text\": \"\u22a5 0.02 A\", \"value\": 0.02, "
+          "\"upper\": 0.02, \"lower\": 0, \"datums\": [\"A\"], \"faces\": [" +
+              right + "]}",
+          "{\"kind\": \"datum\", \"text\": \"A\", \"value\": null, \"upper\": null, \"lower\": "
+          "null, \"datums\": [\"A\"], \"faces\": [" +
+              bottom + "]}"})
+        EXPECT_NE(json.find(annotation), std::string::npos) << annotation << "\nin " << json;
+
+    // The records behind the report: classes, measured points, the datum link, the owner.
+    int datum = -1;
+    int perpendicularity = -1;
+    for (int key = 0; key < pmi.pmis.size(); ++key) {
+        auto& annotation = *pmi.pmis.getValue(key);
+        const std::wstring name = annotation.name();
+        if (name == L"Datum A") datum = key;
+        if (name.rfind(L"\u22a5", 0) == 0) perpendicularity = key;
+        if (auto* measure = dynamic_cast<veksg::Measure*>(&annotation)) {
+            EXPECT_NEAR(distance(measure->point1, measure->point2), measure->value, 1e-3f);
+            ASSERT_TRUE(measure->leader);
+            EXPECT_EQ(measure->leader->points.size(), 4U);
+        } else {
+            ASSERT_EQ(annotation.type(), veksg::PMI::TEXT3D_LEADER);
+            const auto& leader = dynamic_cast<veksg::Text3DLeader&>(annotation);
+            ASSERT_TRUE(leader.leader);
+            // Placed off the part: outside the block's box.
+            const veksg::Point3& at = leader.text3d->position;
+            EXPECT_TRUE(at[0] < 0 || at[0] > 40 || at[1] < 0 || at[1] > 20 || at[2] < 0 ||
+                        at[2] > 10)
+                << key;
+        }
+        EXPECT_EQ(pmi.map2.getValue(key), 0);
+        EXPECT_TRUE(pmi.pmiBoxes.getValue(key).valid);
+    }
+    ASSERT_GE(datum, 0);
+    ASSERT_GE(perpendicularity, 0);
+    EXPECT_EQ(pmi.relation12.getValue(perpendicularity), std::vector<int>{datum});
+    EXPECT_EQ(pmi.relation1.getValue(0).size(), 5U);
+}
+
+TEST(Pmi, CheckCoversEveryRelationKey) {
+    vekhost::LoadResult result = loadPart();
+    veksg::SCPmi& pmi = *result.document->pmi;
+    EXPECT_TRUE(vekhost::checkDocument(*result.document).ok());
+
+    const auto broken = [&](const char* what, const std::function<void()>& change) {
+        veksg::SCPmi saved = pmi;
+        change();
+        const vekhost::CheckResult check = vekhost::checkDocument(*result.document);
+        EXPECT_FALSE(check.ok()) << what;
+        pmi = saved;
+    };
+    broken("a face", [&] { pmi.relation4.addChild(0, 9999); });
+    broken("a second face", [&] { pmi.relation6.addChild(1, -1); });
+    broken("a datum", [&] { pmi.relation12.addChild(2, 5); });
+    broken("an owner", [&] { pmi.map2.setValue(3, 7); });
+    broken("an annotation of a node", [&] { pmi.relation1.addChild(0, 5); });
+    broken("an attribute", [&] { pmi.relation5.addChild(4, 999); });
+    broken("a box", [&] { pmi.pmiBoxes.insert(5, {}, {}); });
+}
+
+TEST(Pmi, SavedViewsBecomeViewsWithCameraAndSectionStates) {
+    vekhost::LoadResult result = loadPart();
+    vekhost::Document& document = *result.document;
+    vekhost::test::addSavedView(result.shapes->document());
+    document.pmi->cleanup();
+    const vekhost::PmiKeys keys = vekhost::readPmi(*result.shapes, document);
+    vekhost::readSavedViews(*result.shapes, keys, document);
+    document.resizeAll();
+    const veksg::SCPmi& pmi = *document.pmi;
+
+    ASSERT_EQ(pmi.views.size(), 1);
+    const veksg::View& view = *pmi.views.getValue(0);
+    EXPECT_EQ(std::wstring(view.name()), L"Top");
+    EXPECT_EQ(view.position, veksg::Point3(20, 10, 100));
+    EXPECT_EQ(view.target, veksg::Point3(20, 10, 5));
+    EXPECT_EQ(view.up, veksg::Point3(0, 1, 0));
+    // The two tolerances, the part's node, the one cut.
+    ASSERT_EQ(pmi.relation9.getValue(0).size(), 2U);
+    for (const int annotation : pmi.relation9.getValue(0)) {
+        EXPECT_EQ(pmi.pmis.getValue(annotation)->type(), veksg::PMI::TEXT3D_LEADER);
+        EXPECT_EQ(pmi.relation13.getValue(annotation), std::vector<int>{0});
+    }
+    EXPECT_EQ(pmi.relation8.getValue(0), std::vector<int>{0});
+    EXPECT_EQ(pmi.relation2.getValue(0), std::vector<int>{0});
+    ASSERT_EQ(pmi.relation10.getValue(0), std::vector<int>{0});
+    const veksg::Section& cut = *pmi.sections.getValue(0);
+    EXPECT_EQ(cut.origin, veksg::Point3(0, 0, 5));
+    EXPECT_EQ(cut.normal, veksg::Point3(0, 0, 1));
+    EXPECT_EQ(std::wstring(cut.name()), L"middle");
+
+    const auto& states = document.states->typeStates->containers.at(0).states;
+    ASSERT_EQ(states.size(), 2U);
+    const auto* camera = dynamic_cast<const veksg::CameraState*>(states[0].get());
+    ASSERT_NE(camera, nullptr);
+    EXPECT_EQ(camera->getCmdId(), vekhost::viewCameraCommand);
+    EXPECT_EQ(camera->target, view.target);
+    const auto* section = dynamic_cast<const veksg::SectionState*>(states[1].get());
+    ASSERT_NE(section, nullptr);
+    EXPECT_EQ(section->getCmdId(), vekhost::viewSectionCommand);
+    ASSERT_EQ(section->sections.size(), 1U);
+    EXPECT_EQ(section->sections[0], pmi.sections.getValue(0));
+
+    EXPECT_TRUE(vekhost::checkDocument(document).ok());
+    const std::vector<ReportSection> sections = pmiSections(document);
+    ASSERT_EQ(sections.size(), 2U);
+    EXPECT_EQ(sections[1].json, "[{\"name\": \"Top\", \"position\": [20, 10, 100], \"target\": "
+                                "[20, 10, 5], \"up\": [0, 1, 0], \"pmi\": [" +
+                                    std::to_string(pmi.relation9.getValue(0)[0]) + ", " +
+                                    std::to_string(pmi.relation9.getValue(0)[1]) +
+                                    "], \"nodes\": [0], \"sections\": [0]}]");
+}
+
+} // namespace
+} // namespace vekload::test
