@@ -1,6 +1,7 @@
 #include "PmiReader.h"
 
 #include <BRepAdaptor_Surface.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
 #include <BRep_Builder.hxx>
 #include <TCollection_HAsciiString.hxx>
@@ -440,6 +441,19 @@ private:
         return anchor + outwards * reach;
     }
 
+    // The point of the faces nearest to `point`: a face's middle may be a hole in it.
+    gp_XYZ onFaces(const std::vector<int>& faces, const gp_XYZ& point) const {
+        if (faces.empty()) return point;
+        TopoDS_Compound all;
+        BRep_Builder builder;
+        builder.MakeCompound(all);
+        for (const int face : faces)
+            builder.Add(all, shapes.face(face));
+        BRepExtrema_DistShapeShape nearest(BRepBuilderAPI_MakeVertex(gp_Pnt(point)).Vertex(), all);
+        if (!nearest.IsDone() || nearest.NbSolution() == 0) return point;
+        return nearest.PointOnShape2(1).XYZ();
+    }
+
     gp_XYZ placeInWorld(const gp_XYZ& point, int node) const {
         gp_XYZ placed = point;
         if (node >= 0 && node < shapes.nodeCount())
@@ -511,8 +525,10 @@ private:
             box.add(vec(record.pointA));
             box.add(vec(record.pointB));
         }
-        const gp_XYZ anchor = box.valid ? centre(box) : centre(model);
+        const gp_XYZ anchor = onFaces(all, box.valid ? centre(box) : centre(model));
+        // The points drawn, the text's last; and the text.
         std::vector<gp_XYZ> drawn{anchor};
+        std::wstring shown;
 
         if (auto* measure = dynamic_cast<veksg::Measure*>(reading.object.get())) {
             const auto [from, to] = measured(first, second);
@@ -543,7 +559,8 @@ private:
             measure->leader = line({from, from + lift, to + lift, to});
             measure->text3d->position = toPoint(text);
             measure->text3d->secondPoint = toPoint(middle + lift);
-            drawn.insert(drawn.end(), {from, to, text, from + lift, to + lift});
+            drawn.insert(drawn.end(), {from, to, from + lift, to + lift, text});
+            shown = measure->measureText;
         } else if (auto* leader = dynamic_cast<veksg::Text3DLeader*>(reading.object.get())) {
             const gp_XYZ text = reading.hasText ? placeInWorld(reading.text, node)
                                                 : besides(anchor, faceNormal(all));
@@ -551,12 +568,18 @@ private:
             leader->text3d->secondPoint = toPoint(anchor);
             leader->leader = line({anchor, text});
             drawn.push_back(text);
+            shown = leader->text3d->text;
         }
 
         reading.object->id = pmi.pmis.size();
         const int key = pmi.pmis.insert(reading.object);
         for (const gp_XYZ& point : drawn)
             box.add(vec(point));
+        // Room for the text itself, in any direction it may be read from: letters about a
+        // twenty-fifth of the model high, a little over half as wide.
+        const double half = 0.5 * 0.6 * 0.04 * modelSize() * static_cast<double>(shown.size());
+        box.add(vec(drawn.back() + gp_XYZ(half, half, half)));
+        box.add(vec(drawn.back() - gp_XYZ(half, half, half)));
         veksg::BBox bounds;
         bounds.min = toPoint({box.min[0], box.min[1], box.min[2]});
         bounds.max = toPoint({box.max[0], box.max[1], box.max[2]});

@@ -57,7 +57,8 @@ void pictureSize(const char* text, int& width, int& height) {
 
 const char* usage() {
     return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation]\n"
-           "               [--png OUT [--view K] [--size WxH] [--time MS]] [FILE...]\n"
+           "               [--png OUT [--view K] [--size WxH] [--time MS] [--pmi-view NAME]]\n"
+           "               [FILE...]\n"
            "Loads CAD files (STEP, IGES, BREP) and mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
            "3DS, DAE and the other formats Assimp reads) into the veksg data model and\n"
            "summarises each. Without FILE it loads a built-in sample assembly.\n"
@@ -72,6 +73,8 @@ const char* usage() {
            "                  2 top, 3 right, 4 back, 5 bottom, 6 left\n"
            "  --size WxH      size of the picture in pixels (default 256x256)\n"
            "  --time MS       draw the animation MS milliseconds after its start\n"
+           "  --pmi-view NAME look as the saved view NAME does, with its annotations only\n"
+           "                  (without it the picture shows every annotation)\n"
            "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
            "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }
@@ -109,6 +112,11 @@ Options parseOptions(int argc, const char* const* argv) {
             options.time = anyNumber(arg, i + 1 < argc ? argv[++i] : nullptr);
             options.timed = true;
             pictureOption = true;
+        } else if (std::strcmp(arg, "--pmi-view") == 0) {
+            const char* name = i + 1 < argc ? argv[++i] : nullptr;
+            if (!name || *name == '\0') throw std::invalid_argument("--pmi-view needs a name");
+            options.pmiView = name;
+            pictureOption = true;
         } else if (std::strcmp(arg, "--size") == 0) {
             pictureSize(i + 1 < argc ? argv[++i] : nullptr, options.width, options.height);
             pictureOption = true;
@@ -117,7 +125,7 @@ Options parseOptions(int argc, const char* const* argv) {
         }
     }
     if (options.png.empty() && pictureOption)
-        throw std::invalid_argument("--view, --size and --time only go with --png");
+        throw std::invalid_argument("--view, --size, --time and --pmi-view only go with --png");
     if (!options.png.empty() && !pngSupported())
         throw std::invalid_argument("--png: this vekload was built without libpng");
     if (options.files.size() > 1 && !options.png.empty())

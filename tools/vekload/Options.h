@@ -24,6 +24,9 @@ struct Options {
     /// Draw the animation at `time` milliseconds from its start instead of the resting model.
     bool timed = false;
     double time = 0;
+    /// The saved view whose camera and annotations the picture shows; empty for all
+    /// annotations under the preset `view`.
+    std::string pmiView;
     std::vector<std::string> files;
 };
 

@@ -195,7 +195,7 @@ class Painter {
 public:
     Painter(const Document& document, const Matrix& view, const RenderOptions& options)
         : scene(*document.scene), resources(*document.resources), visibility(document), view(view),
-          canvas(options.width, options.height) {
+          canvas(options.width, options.height), overlay(options.overlay) {
         if (options.timed) pose.emplace(document, options.time);
         framed = fit(document, options);
     }
@@ -205,6 +205,11 @@ public:
             meshes();
             edges();
             points();
+            if (overlay)
+                overlay(canvas.image, [this](const std::array<double, 3>& world) {
+                    const ScreenPoint p = toScreen(view.point({world[0], world[1], world[2]}), {});
+                    return std::array<double, 3>{p.x, p.y, p.z};
+                });
         }
         return std::move(canvas.image);
     }
@@ -234,6 +239,8 @@ private:
             const veksg::BBox& box = scene.boxes.getValue(root);
             take({box.min[0], box.min[1], box.min[2]}, {box.max[0], box.max[1], box.max[2]});
         }
+        for (const auto& box : options.alsoFit)
+            take({box[0], box[1], box[2]}, {box[3], box[4], box[5]});
         if (pose) {
             const vekhost::Box3 swept = vekhost::animationBounds(document);
             if (swept.valid) take(swept.min, swept.max);
@@ -400,6 +407,7 @@ private:
     std::optional<vekhost::AnimationPose> pose;
     const Matrix view;
     Canvas canvas;
+    const decltype(RenderOptions::overlay) overlay;
     bool framed = false;
     double scale = 1;
     std::array<double, 2> centre{};
@@ -422,6 +430,10 @@ Image render(const Document& document, const RenderOptions& options) {
     if (options.width < 1 || options.height < 1)
         throw std::invalid_argument("a picture needs at least one pixel each way");
     const auto& orientations = document.views->orientations;
+    if (options.orientation.size() == 16)
+        return Painter(document, toMatrix(vekmath::Tuple<float, 16>(options.orientation.data())),
+                       options)
+            .paint();
     if (!has(orientations, options.view))
         throw std::invalid_argument("the document holds no view " + std::to_string(options.view));
     return Painter(document, toMatrix(orientations.getValue(options.view)), options).paint();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "Document.h"
@@ -35,6 +37,16 @@ struct RenderOptions {
     /// Draw the nodes where the animation puts them `time` milliseconds after its start.
     bool timed = false;
     double time = 0;
+    /// An orientation to draw under instead of the preset `view` (a saved view's): 16
+    /// elements, stored as `SCView::orientations` stores them. Empty for the preset.
+    std::vector<float> orientation;
+    /// World boxes, as min and max corners, that the frame takes in besides the model.
+    std::vector<std::array<double, 6>> alsoFit;
+    /// Drawn over the finished model (annotations): the picture, and where a world point
+    /// lands in it (x right and y down in pixels, z towards the viewer).
+    std::function<void(Image&,
+                       const std::function<std::array<double, 3>(const std::array<double, 3>&)>&)>
+        overlay;
 };
 
 /// Pixels kept free on each side when the model is fitted to the picture.

@@ -13,6 +13,7 @@
 #include "JsonReport.h"
 #include "Loader.h"
 #include "Options.h"
+#include "PmiDraw.h"
 #include "Png.h"
 #include "ProgressBar.h"
 #include "Render.h"
@@ -29,6 +30,7 @@ void drawPicture(const vekhost::Document& document, const vekload::Options& opti
     picture.view = options.view;
     picture.timed = options.timed;
     picture.time = options.time;
+    vekload::addPmi(picture, document, options.pmiView);
     vekload::writePng(options.png, vekload::render(document, picture));
 }
 

@@ -7,6 +7,7 @@
 
 #include "Check.h"
 #include "Loader.h"
+#include "PmiDraw.h"
 #include "PmiFile.h"
 #include "PmiReader.h"
 #include "PmiReport.h"
@@ -138,7 +139,9 @@ TEST(Pmi, CheckCoversEveryRelationKey) {
     broken("a box", [&] { pmi.pmiBoxes.insert(5, {}, {}); });
 }
 
-TEST(Pmi, SavedViewsBecomeViewsWithCameraAndSectionStates) {
+// The part read again after a saved view was added to its document (the writer leaves
+// views out of the file).
+vekhost::LoadResult loadWithSavedView() {
     vekhost::LoadResult result = loadPart();
     vekhost::Document& document = *result.document;
     vekhost::test::addSavedView(result.shapes->document());
@@ -146,6 +149,12 @@ TEST(Pmi, SavedViewsBecomeViewsWithCameraAndSectionStates) {
     const vekhost::PmiKeys keys = vekhost::readPmi(*result.shapes, document);
     vekhost::readSavedViews(*result.shapes, keys, document);
     document.resizeAll();
+    return result;
+}
+
+TEST(Pmi, SavedViewsBecomeViewsWithCameraAndSectionStates) {
+    const vekhost::LoadResult result = loadWithSavedView();
+    vekhost::Document& document = *result.document;
     const veksg::SCPmi& pmi = *document.pmi;
 
     ASSERT_EQ(pmi.views.size(), 1);
@@ -188,6 +197,67 @@ TEST(Pmi, SavedViewsBecomeViewsWithCameraAndSectionStates) {
                                     std::to_string(pmi.relation9.getValue(0)[0]) + ", " +
                                     std::to_string(pmi.relation9.getValue(0)[1]) +
                                     "], \"nodes\": [0], \"sections\": [0]}]");
+}
+
+veksg::Point3 textPosition(veksg::PMI& annotation) {
+    if (auto* measure = dynamic_cast<veksg::Measure*>(&annotation)) return measure->point3;
+    return dynamic_cast<veksg::Text3DLeader&>(annotation).text3d->position;
+}
+
+// Annotation ink within a few pixels of `at`.
+bool inkNear(const Image& image, const std::array<double, 3>& at) {
+    for (int y = static_cast<int>(at[1]) - 4; y <= static_cast<int>(at[1]) + 4; ++y)
+        for (int x = static_cast<int>(at[0]) - 4; x <= static_cast<int>(at[0]) + 4; ++x) {
+            if (x < 0 || y < 0 || x >= image.width || y >= image.height) continue;
+            const std::uint8_t* p = image.pixel(x, y);
+            if (p[2] > p[0] + 60 && p[2] > p[1] + 40) return true;
+        }
+    return false;
+}
+
+// Draws with `options` and says, for each annotation, whether its text shows.
+std::vector<bool> textsShown(const vekhost::Document& document, RenderOptions options) {
+    std::vector<bool> shown;
+    const auto draw = options.overlay;
+    options.overlay = [&](Image& image, const auto& project) {
+        if (draw) draw(image, project);
+        for (int key = 0; key < document.pmi->pmis.size(); ++key) {
+            const veksg::Point3 at = textPosition(*document.pmi->pmis.getValue(key));
+            shown.push_back(inkNear(image, project({at[0], at[1], at[2]})));
+        }
+    };
+    render(document, options);
+    return shown;
+}
+
+TEST(Pmi, PicturesDrawEveryAnnotationOrThoseOfOneSavedView) {
+    const vekhost::LoadResult result = loadWithSavedView();
+    const vekhost::Document& document = *result.document;
+    const veksg::SCPmi& pmi = *document.pmi;
+    RenderOptions options;
+    options.width = 320;
+    options.height = 240;
+    options.view = 1;
+    EXPECT_EQ(textsShown(document, options), std::vector<bool>(5, false));
+    RenderOptions all = options;
+    addPmi(all, document, "");
+    EXPECT_EQ(textsShown(document, all), std::vector<bool>(5, true));
+
+    RenderOptions top = options;
+    addPmi(top, document, "Top");
+    EXPECT_EQ(top.orientation,
+              std::vector<float>(document.views->orientations.getValue(2).data(),
+                                 document.views->orientations.getValue(2).data() + 16));
+    const std::vector<bool> shown = textsShown(document, top);
+    for (int key = 0; key < pmi.pmis.size(); ++key) {
+        const auto& listed = pmi.relation9.getValue(0);
+        const bool inView = std::find(listed.begin(), listed.end(), key) != listed.end();
+        // The length's text lies clear of everything the view shows.
+        if (inView || pmi.pmis.getValue(key)->name() == std::wstring(L"40 \u00b10.1")) {
+            EXPECT_EQ(shown[static_cast<std::size_t>(key)], inView) << key;
+        }
+    }
+    EXPECT_THROW(addPmi(options, document, "Side"), std::invalid_argument);
 }
 
 } // namespace
