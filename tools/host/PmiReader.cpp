@@ -620,6 +620,16 @@ private:
 } // namespace
 
 PmiKeys readPmi(const CadShapes& shapes, Document& document) {
+    // Most files carry none: skip indexing their faces.
+    const Handle(XCAFDoc_DimTolTool) gdt =
+        XCAFDoc_DocumentTool::DimTolTool(shapes.document()->Main());
+    TDF_LabelSequence dimensions;
+    TDF_LabelSequence tolerances;
+    TDF_LabelSequence datums;
+    gdt->GetDimensionLabels(dimensions);
+    gdt->GetGeomToleranceLabels(tolerances);
+    gdt->GetDatumLabels(datums);
+    if (dimensions.IsEmpty() && tolerances.IsEmpty() && datums.IsEmpty()) return {};
     return PmiBuilder(shapes, document).read();
 }
 

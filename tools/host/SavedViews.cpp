@@ -190,7 +190,9 @@ private:
 } // namespace
 
 void readSavedViews(const CadShapes& shapes, const PmiKeys& annotations, Document& document) {
-    ViewReader(shapes, annotations, document).read();
+    TDF_LabelSequence views;
+    XCAFDoc_DocumentTool::ViewTool(shapes.document()->Main())->GetViewLabels(views);
+    if (!views.IsEmpty()) ViewReader(shapes, annotations, document).read();
 }
 
 } // namespace vekhost
