@@ -110,6 +110,7 @@ TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
                 << key;
         }
         EXPECT_EQ(pmi.map2.getValue(key), 0);
+        EXPECT_TRUE(pmi.relation11.getValue(key).empty()) << "faces, so no edges";
         EXPECT_TRUE(pmi.pmiBoxes.getValue(key).valid);
     }
     ASSERT_GE(datum, 0);
@@ -135,6 +136,7 @@ TEST(Pmi, CheckCoversEveryRelationKey) {
     broken("a datum", [&] { pmi.relation12.addChild(2, 5); });
     broken("an owner", [&] { pmi.map2.setValue(3, 7); });
     broken("an annotation of a node", [&] { pmi.relation1.addChild(0, 5); });
+    broken("a node that does not list its annotation", [&] { pmi.relation1.setValue(0, {}); });
     broken("an attribute", [&] { pmi.relation5.addChild(4, 999); });
     broken("a box", [&] { pmi.pmiBoxes.insert(5, {}, {}); });
 }
@@ -190,6 +192,11 @@ TEST(Pmi, SavedViewsBecomeViewsWithCameraAndSectionStates) {
     EXPECT_EQ(section->sections[0], pmi.sections.getValue(0));
 
     EXPECT_TRUE(vekhost::checkDocument(document).ok());
+    // Views and what they show name each other.
+    const std::vector<int> listed = pmi.relation9.getValue(0);
+    document.pmi->relation9.setValue(0, {listed[0]});
+    EXPECT_FALSE(vekhost::checkDocument(document).ok());
+    document.pmi->relation9.setValue(0, listed);
     const std::vector<ReportSection> sections = pmiSections(document);
     ASSERT_EQ(sections.size(), 2U);
     EXPECT_EQ(sections[1].json, "[{\"name\": \"Top\", \"position\": [20, 10, 100], \"target\": "
