@@ -186,7 +186,7 @@ public:
 private:
     void dimension(const veksg::Measure& measure) {
         if (measure.leader && measure.leader->points.size() == 4) {
-            std::array<Point, 4> p;
+            std::array<Point, 4> p{};
             for (std::size_t i = 0; i < 4; ++i)
                 p[i] = project(toPoint(measure.leader->points[i]));
             pen.line(p[0], p[1]);

@@ -38,7 +38,7 @@ namespace {
 TopoDS_Face findFace(const TopoDS_Shape& shape, GeomAbs_SurfaceType kind, double at = 0,
                      int axis = 0) {
     for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next()) {
-        const TopoDS_Face face = TopoDS::Face(it.Current());
+        TopoDS_Face face = TopoDS::Face(it.Current());
         const BRepAdaptor_Surface surface(face);
         if (surface.GetType() != kind) continue;
         if (kind != GeomAbs_Plane) return face;

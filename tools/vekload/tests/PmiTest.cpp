@@ -20,7 +20,7 @@ namespace {
 
 const std::string& pmiPart() {
     static const std::string path = [] {
-        const std::string file = vekhost::test::scratchDirectory() + "/pmi-part.step";
+        std::string file = vekhost::test::scratchDirectory() + "/pmi-part.step";
         vekhost::test::writePmiPart(file);
         return file;
     }();
@@ -61,31 +61,33 @@ TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
     const veksg::SCPmi& pmi = *document.pmi;
     const std::string left = std::to_string(flatFace(document, 0, 0));
     const std::string right = std::to_string(flatFace(document, 0, 40));
-    const std::string bottom = std::to_string(flatFace(document, 2, 0));
-    const std::string top = std::to_string(flatFace(document, 2, 10));
-    const std::string bore = std::to_string(boreFace(document));
 
     const std::vector<ReportSection> sections = pmiSections(document);
     ASSERT_EQ(sections.size(), 1U);
     ASSERT_EQ(pmi.pmis.size(), 5);
     const std::string& json = sections[0].json;
-    for (const std::string& annotation :
-         {"{\"kind\": \"distance\", \"text\": \"40 \u00b10.1\", \"value\": 40, \"upper\": "
-          "0.1, \"lower\": -0.1, \"datums\": [], \"faces\": [" +
-              left + ", " + right + "]}",
-          "{\"kind\": \"diameter\", \"text\": \"\u230012 +0.05/0\", \"value\": 12, \"upper\": "
-          "0.05, \"lower\": 0, \"datums\": [], \"faces\": [" +
-              bore + "]}",
-          "{\"kind\": \"flatness\", \"text\": \"\u23e5 0.05\", \"value\": 0.05, \"upper\": "
-          "0.05, \"lower\": 0, \"datums\": [], \"faces\": [" +
-              top + "]}",
-          "{\"kind\": \"perpendicularity\", \"text\": \"\u22a5 0.02 A\", \"value\": 0.02, "
-          "\"upper\": 0.02, \"lower\": 0, \"datums\": [\"A\"], \"faces\": [" +
-              right + "]}",
-          "{\"kind\": \"datum\", \"text\": \"A\", \"value\": null, \"upper\": null, \"lower\": "
-          "null, \"datums\": [\"A\"], \"faces\": [" +
-              bottom + "]}"})
+    // Each annotation's object up to its faces, and the faces.
+    const std::pair<const char*, std::string> expected[] = {
+        {"{\"kind\": \"distance\", \"text\": \"40 \u00b10.1\", \"value\": 40, \"upper\": "
+         "0.1, \"lower\": -0.1, \"datums\": [], \"faces\": [",
+         left + ", " + right},
+        {"{\"kind\": \"diameter\", \"text\": \"\u230012 +0.05/0\", \"value\": 12, \"upper\": "
+         "0.05, \"lower\": 0, \"datums\": [], \"faces\": [",
+         std::to_string(boreFace(document))},
+        {"{\"kind\": \"flatness\", \"text\": \"\u23e5 0.05\", \"value\": 0.05, \"upper\": "
+         "0.05, \"lower\": 0, \"datums\": [], \"faces\": [",
+         std::to_string(flatFace(document, 2, 10))},
+        {"{\"kind\": \"perpendicularity\", \"text\": \"\u22a5 0.02 A\", \"value\": 0.02, "
+         "\"upper\": 0.02, \"lower\": 0, \"datums\": [\"A\"], \"faces\": [",
+         right},
+        {"{\"kind\": \"datum\", \"text\": \"A\", \"value\": null, \"upper\": null, \"lower\": "
+         "null, \"datums\": [\"A\"], \"faces\": [",
+         std::to_string(flatFace(document, 2, 0))}};
+    for (const auto& [head, faces] : expected) {
+        std::string annotation = head;
+        annotation.append(faces).append("]}");
         EXPECT_NE(json.find(annotation), std::string::npos) << annotation << "\nin " << json;
+    }
 
     // The records behind the report: classes, measured points, the datum link, the owner.
     int datum = -1;
@@ -94,7 +96,7 @@ TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
         auto& annotation = *pmi.pmis.getValue(key);
         const std::wstring name = annotation.name();
         if (name == L"Datum A") datum = key;
-        if (name.rfind(L"\u22a5", 0) == 0) perpendicularity = key;
+        if (name.rfind(L'\u22a5', 0) == 0) perpendicularity = key;
         if (auto* measure = dynamic_cast<veksg::Measure*>(&annotation)) {
             EXPECT_NEAR(distance(measure->point1, measure->point2), measure->value, 1e-3f);
             ASSERT_TRUE(measure->leader);
