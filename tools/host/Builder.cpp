@@ -1,10 +1,10 @@
 #include "Builder.h"
 
-#include <cwchar>
 #include <utility>
 
 #include "ExternalFiles.h"
 #include "PointCloud.h"
+#include "Text.h"
 
 namespace vekhost {
 
@@ -36,12 +36,6 @@ veksg::OBBox toOBBox(const OrientedBox& box) {
     out.axisZ = toPoint(box.axes[2]);
     out.valid = true;
     return out;
-}
-
-std::shared_ptr<wchar_t> sharedText(const std::wstring& text) {
-    std::shared_ptr<wchar_t> owned(new wchar_t[text.size() + 1], std::default_delete<wchar_t[]>());
-    std::wmemcpy(owned.get(), text.c_str(), text.size() + 1);
-    return owned;
 }
 
 void setLink(veksg::Container<int, int>& links, int key, int value) {

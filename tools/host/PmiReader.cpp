@@ -60,12 +60,6 @@ std::wstring wide(const Handle(TCollection_HAsciiString) & text) {
     return text.IsNull() ? std::wstring() : wideFromUtf8(text->ToCString());
 }
 
-std::shared_ptr<wchar_t> sharedText(const std::wstring& text) {
-    std::shared_ptr<wchar_t> owned(new wchar_t[text.size() + 1], std::default_delete<wchar_t[]>());
-    std::copy(text.c_str(), text.c_str() + text.size() + 1, owned.get());
-    return owned;
-}
-
 const wchar_t* dimensionPrefix(XCAFDimTolObjects_DimensionType type) {
     switch (type) {
     case XCAFDimTolObjects_DimensionType_Size_Diameter:
@@ -146,12 +140,6 @@ ToleranceKind toleranceKind(XCAFDimTolObjects_GeomToleranceType type) {
     }
 }
 
-std::string entry(const TDF_Label& label) {
-    TCollection_AsciiString text;
-    TDF_Tool::Entry(label, text);
-    return text.ToCString();
-}
-
 // One annotation as read, before it becomes records.
 struct Reading {
     TDF_Label label;
@@ -207,13 +195,13 @@ public:
 
         PmiKeys keys;
         for (Reading& reading : readings)
-            keys.emplace(entry(reading.label), add(reading));
+            keys.emplace(labelEntry(reading.label), add(reading));
         // Datums are annotations of their own; a tolerance lists the ones it refers to.
         for (const Reading& reading : readings)
             for (const TDF_Label& datum : reading.datumLabels) {
-                const auto found = keys.find(entry(datum));
+                const auto found = keys.find(labelEntry(datum));
                 if (found != keys.end())
-                    pmi.relation12.addChild(keys.at(entry(reading.label)), found->second);
+                    pmi.relation12.addChild(keys.at(labelEntry(reading.label)), found->second);
             }
         return keys;
     }
@@ -444,14 +432,19 @@ private:
     // The point of the faces nearest to `point`: a face's middle may be a hole in it.
     gp_XYZ onFaces(const std::vector<int>& faces, const gp_XYZ& point) const {
         if (faces.empty()) return point;
+        const TopoDS_Compound all = compound(faces);
+        BRepExtrema_DistShapeShape nearest(BRepBuilderAPI_MakeVertex(gp_Pnt(point)).Vertex(), all);
+        if (!nearest.IsDone() || nearest.NbSolution() == 0) return point;
+        return nearest.PointOnShape2(1).XYZ();
+    }
+
+    TopoDS_Compound compound(const std::vector<int>& faces) const {
         TopoDS_Compound all;
         BRep_Builder builder;
         builder.MakeCompound(all);
         for (const int face : faces)
             builder.Add(all, shapes.face(face));
-        BRepExtrema_DistShapeShape nearest(BRepBuilderAPI_MakeVertex(gp_Pnt(point)).Vertex(), all);
-        if (!nearest.IsDone() || nearest.NbSolution() == 0) return point;
-        return nearest.PointOnShape2(1).XYZ();
+        return all;
     }
 
     gp_XYZ placeInWorld(const gp_XYZ& point, int node) const {
@@ -473,16 +466,7 @@ private:
                                        const std::vector<int>& second) const {
         const gp_XYZ middle = centre(facesBox(first));
         if (!second.empty()) {
-            TopoDS_Compound a;
-            TopoDS_Compound b;
-            BRep_Builder builder;
-            builder.MakeCompound(a);
-            builder.MakeCompound(b);
-            for (const int face : first)
-                builder.Add(a, shapes.face(face));
-            for (const int face : second)
-                builder.Add(b, shapes.face(face));
-            BRepExtrema_DistShapeShape distance(a, b);
+            BRepExtrema_DistShapeShape distance(compound(first), compound(second));
             if (distance.IsDone() && distance.NbSolution() > 0)
                 return {distance.PointOnShape1(1).XYZ(), distance.PointOnShape2(1).XYZ()};
         }
@@ -618,6 +602,12 @@ private:
     std::map<std::string, int> placed;
 };
 } // namespace
+
+std::string labelEntry(const TDF_Label& label) {
+    TCollection_AsciiString text;
+    TDF_Tool::Entry(label, text);
+    return text.ToCString();
+}
 
 PmiKeys readPmi(const CadShapes& shapes, Document& document) {
     // Most files carry none: skip indexing their faces.

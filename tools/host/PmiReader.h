@@ -14,6 +14,9 @@ namespace vekhost {
 /// became, by the label's entry ("0:1:4:2").
 using PmiKeys = std::map<std::string, int>;
 
+/// A label's entry, the key of `PmiKeys`.
+std::string labelEntry(const TDF_Label& label);
+
 /// The names of the semantic values in `SCPmi::pmiAttributes`.
 namespace pmiattr {
 constexpr const wchar_t* type = L"type";

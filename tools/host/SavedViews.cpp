@@ -2,7 +2,6 @@
 
 #include <TCollection_HAsciiString.hxx>
 #include <TDF_LabelSequence.hxx>
-#include <TDF_Tool.hxx>
 #include <XCAFDoc_ClippingPlaneTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
@@ -30,12 +29,6 @@ veksg::Point3 toPoint(const gp_XYZ& p) {
 
 Vec3 vec(const veksg::Point3& p) {
     return {p[0], p[1], p[2]};
-}
-
-std::string entry(const TDF_Label& label) {
-    TCollection_AsciiString text;
-    TDF_Tool::Entry(label, text);
-    return text.ToCString();
 }
 
 void addUnique(std::vector<int>& keys, int key) {
@@ -111,7 +104,7 @@ private:
         linked.Clear();
         tool.GetRefGDTLabel(label, linked);
         for (const TDF_Label& annotation : linked) {
-            const auto found = annotations.find(entry(annotation));
+            const auto found = annotations.find(labelEntry(annotation));
             if (found != annotations.end()) addUnique(saved->list1, found->second);
         }
         linked.Clear();
@@ -158,7 +151,7 @@ private:
     // The section of a clipping plane, made the first time a view uses it; -1 for a label
     // that holds no plane.
     int section(const TDF_Label& label) {
-        const std::string name = entry(label);
+        const std::string name = labelEntry(label);
         const auto known = sections.find(name);
         if (known != sections.end()) return known->second;
         gp_Pln plane;

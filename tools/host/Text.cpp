@@ -1,6 +1,7 @@
 #include "Text.h"
 
 #include <cstdio>
+#include <cwchar>
 
 namespace vekhost {
 
@@ -105,6 +106,12 @@ std::string jsonEscape(const std::string& text) {
         }
     }
     return out;
+}
+
+std::shared_ptr<wchar_t> sharedText(const std::wstring& text) {
+    std::shared_ptr<wchar_t> owned(new wchar_t[text.size() + 1], std::default_delete<wchar_t[]>());
+    std::wmemcpy(owned.get(), text.c_str(), text.size() + 1);
+    return owned;
 }
 
 } // namespace vekhost
