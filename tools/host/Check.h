@@ -23,8 +23,8 @@ struct CheckResult {
 /// Walks a filled and resized document and verifies every cross-reference: keys in
 /// relation lists and links exist in their tables and the relations agree both ways,
 /// primitive ranges lie inside their mesh or polyline, side tables cover their key spaces,
-/// the run-time visibility sets match the key ranges, and the document-level records hold
-/// together (RecordsCheck.h).
+/// the run-time visibility sets match the key ranges, the document-level records hold
+/// together (RecordsCheck.h), and so do the PMI's relations and maps (PmiCheck.h).
 CheckResult checkDocument(Document& document);
 
 } // namespace vekhost

@@ -1,9 +1,11 @@
 #include "PmiReader.h"
 
 #include <BRepAdaptor_Surface.hxx>
+#include <BRepBndLib.hxx>
 #include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
 #include <BRep_Builder.hxx>
+#include <Bnd_Box.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDF_Tool.hxx>
@@ -149,6 +151,7 @@ struct Reading {
     std::vector<TDF_Label> datumLabels;
     TopoDS_Shape first;
     TopoDS_Shape second;
+    TopoDS_Shape presentation;
     bool hasText = false;
     gp_XYZ text;
 };
@@ -215,6 +218,14 @@ private:
         if (!second.IsEmpty()) reading.second = shapeOf(second);
     }
 
+    // Where the file puts the text, and its graphics.
+    static void filePlacement(Reading& reading, bool hasText, const gp_Pnt& text,
+                              const TopoDS_Shape& presentation) {
+        reading.hasText = hasText;
+        if (hasText) reading.text = text.XYZ();
+        reading.presentation = presentation;
+    }
+
     void dimension(const TDF_Label& label, std::vector<Reading>& readings) const {
         Handle(XCAFDoc_Dimension) attribute;
         if (!label.FindAttribute(XCAFDoc_Dimension::GetID(), attribute)) return;
@@ -265,10 +276,8 @@ private:
                               {pmiattr::upper, number(upper)},
                               {pmiattr::lower, number(lower)}};
         }
-        if (object->HasTextPoint()) {
-            reading.hasText = true;
-            reading.text = object->GetPointTextAttach().XYZ();
-        }
+        filePlacement(reading, object->HasTextPoint(), object->GetPointTextAttach(),
+                      object->GetPresentation());
         readings.push_back(std::move(reading));
     }
 
@@ -322,6 +331,8 @@ private:
         leader->text3d->text = text;
         reading.object = leader;
         reading.kind = kind.name;
+        filePlacement(reading, object->HasPointText(), object->GetPointTextAttach(),
+                      object->GetPresentation());
         reading.values = {{pmiattr::nominal, number(object->GetValue())},
                           {pmiattr::upper, number(object->GetValue())},
                           {pmiattr::lower, number(0)},
@@ -333,6 +344,13 @@ private:
         Reading reading;
         reading.label = label;
         references(label, reading);
+        Handle(XCAFDoc_Datum) attribute;
+        if (label.FindAttribute(XCAFDoc_Datum::GetID(), attribute) &&
+            !attribute->GetObject().IsNull()) {
+            const Handle(XCAFDimTolObjects_DatumObject) object = attribute->GetObject();
+            filePlacement(reading, object->HasPointText(), object->GetPointTextAttach(),
+                          object->GetPresentation());
+        }
         const std::wstring letter = datumName(label);
         auto leader = std::make_shared<veksg::Text3DLeader>((L"Datum " + letter).c_str());
         leader->text3d->text = letter;
@@ -559,6 +577,14 @@ private:
         const int key = pmi.pmis.insert(reading.object);
         for (const gp_XYZ& point : drawn)
             box.add(vec(point));
+        if (!reading.presentation.IsNull()) {
+            Bnd_Box graphics;
+            BRepBndLib::Add(reading.presentation, graphics);
+            if (!graphics.IsVoid()) {
+                box.add(vec(placeInWorld(graphics.CornerMin().XYZ(), node)));
+                box.add(vec(placeInWorld(graphics.CornerMax().XYZ(), node)));
+            }
+        }
         // Room for the text itself, in any direction it may be read from: letters about a
         // twenty-fifth of the model high, a little over half as wide.
         const double half = 0.5 * 0.6 * 0.04 * modelSize() * static_cast<double>(shown.size());

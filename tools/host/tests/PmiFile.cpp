@@ -4,6 +4,7 @@
 
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepAlgoAPI_Cut.hxx>
+#include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRep_Tool.hxx>
@@ -94,6 +95,11 @@ void writePmiPart(const std::string& path) {
         new XCAFDimTolObjects_GeomToleranceObject;
     flatObject->SetType(XCAFDimTolObjects_GeomToleranceType_Flatness);
     flatObject->SetValue(0.05);
+    flatObject->SetPointTextAttach(gp_Pnt(30, 15, 25));
+    flatObject->SetPlane(gp_Ax2(gp_Pnt(30, 15, 25), gp::DY(), gp::DX()));
+    flatObject->SetPresentation(
+        BRepBuilderAPI_MakeEdge(gp_Pnt(30, 15, 25), gp_Pnt(36, 15, 25)).Edge(),
+        new TCollection_HAsciiString("flatness"));
     XCAFDoc_GeomTolerance::Set(flatness)->SetObject(flatObject);
 
     const TDF_Label square = gdt->AddGeomTolerance();

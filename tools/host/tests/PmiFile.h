@@ -12,7 +12,7 @@ namespace vekhost::test {
 /// - the length, 40 +0.1 -0.1, between the faces at x = 0 and x = 40;
 /// - the hole's diameter, 12 +0.05 -0;
 /// - datum A on the bottom face (z = 0);
-/// - flatness 0.05 on the top face (z = 10);
+/// - flatness 0.05 on the top face (z = 10), its text placed at (30, 15, 25);
 /// - perpendicularity 0.02 to A on the face at x = 40.
 void writePmiPart(const std::string& path);
 
