@@ -375,9 +375,11 @@ private:
         for (TopExp_Explorer it(shape, kind); it.More(); it.Next()) {
             const auto found = index.find(it.Current().TShape().get());
             if (found == index.end()) continue;
-            for (const int key : found->second)
-                if (std::find(keys.begin(), keys.end(), key) == keys.end()) keys.push_back(key);
+            keys.insert(keys.end(), found->second.begin(), found->second.end());
         }
+        // Faces share edges, and a shape may name a face more than once.
+        std::sort(keys.begin(), keys.end());
+        keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
     }
 
     Box3 facesBox(const std::vector<int>& faces) const {

@@ -31,10 +31,6 @@ Vec3 vec(const veksg::Point3& p) {
     return {p[0], p[1], p[2]};
 }
 
-void addUnique(std::vector<int>& keys, int key) {
-    if (std::find(keys.begin(), keys.end(), key) == keys.end()) keys.push_back(key);
-}
-
 class ViewReader {
 public:
     ViewReader(const CadShapes& shapes, const PmiKeys& annotations, Document& document)
@@ -99,13 +95,17 @@ private:
             const auto found = nodesOf.find(geometry.TShape().get());
             if (found == nodesOf.end()) continue;
             for (const int node : found->second)
-                addUnique(saved->list2, node);
+                saved->list2.push_back(node);
         }
         linked.Clear();
         tool.GetRefGDTLabel(label, linked);
         for (const TDF_Label& annotation : linked) {
             const auto found = annotations.find(labelEntry(annotation));
-            if (found != annotations.end()) addUnique(saved->list1, found->second);
+            if (found != annotations.end()) saved->list1.push_back(found->second);
+        }
+        for (std::vector<int>* keys : {&saved->list1, &saved->list2}) {
+            std::sort(keys->begin(), keys->end());
+            keys->erase(std::unique(keys->begin(), keys->end()), keys->end());
         }
         linked.Clear();
         tool.GetRefClippingPlaneLabel(label, linked);
@@ -113,7 +113,9 @@ private:
         for (const TDF_Label& plane : linked) {
             const int section = this->section(plane);
             if (section < 0) continue;
-            addUnique(saved->list3, section);
+            if (std::find(saved->list3.begin(), saved->list3.end(), section) != saved->list3.end())
+                continue;
+            saved->list3.push_back(section);
             capped.push_back(pmi.sections.getValue(section)->sectionSetting != 0);
         }
 
