@@ -7,6 +7,7 @@
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
+#include <BRep_Builder.hxx>
 #include <BRep_Tool.hxx>
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Writer.hxx>
@@ -14,6 +15,7 @@
 #include <TDF_LabelSequence.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
+#include <TopoDS_Compound.hxx>
 #include <XCAFDimTolObjects_DatumObject.hxx>
 #include <XCAFDimTolObjects_DimensionObject.hxx>
 #include <XCAFDimTolObjects_GeomToleranceObject.hxx>
@@ -99,6 +101,21 @@ void writePmiPart(const std::string& path) {
     diameterObject->SetUpperTolValue(0.05);
     diameterObject->SetLowerTolValue(0);
     XCAFDoc_Dimension::Set(diameter)->SetObject(diameterObject);
+
+    // Graphics without semantics: a note drawn by two lines over the top face.
+    const TDF_Label note = gdt->AddDimension();
+    gdt->SetDimension(top, note);
+    Handle(XCAFDimTolObjects_DimensionObject) noteObject = new XCAFDimTolObjects_DimensionObject;
+    noteObject->SetType(XCAFDimTolObjects_DimensionType_DimensionPresentation);
+    noteObject->SetPointTextAttach(gp_Pnt(5, 5, 12));
+    noteObject->SetPlane(gp_Ax2(gp_Pnt(5, 5, 12), gp::DZ(), gp::DX()));
+    TopoDS_Compound strokes;
+    BRep_Builder builder;
+    builder.MakeCompound(strokes);
+    builder.Add(strokes, BRepBuilderAPI_MakeEdge(gp_Pnt(5, 5, 12), gp_Pnt(9, 5, 12)).Edge());
+    builder.Add(strokes, BRepBuilderAPI_MakeEdge(gp_Pnt(5, 5, 12), gp_Pnt(5, 8, 12)).Edge());
+    noteObject->SetPresentation(strokes, new TCollection_HAsciiString("note"));
+    XCAFDoc_Dimension::Set(note)->SetObject(noteObject);
 
     const TDF_Label flatness = gdt->AddGeomTolerance();
     gdt->SetGeomTolerance(top, flatness);

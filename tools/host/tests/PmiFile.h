@@ -13,7 +13,8 @@ namespace vekhost::test {
 /// - the hole's diameter, 12 +0.05 -0;
 /// - datum A on the bottom face (z = 0);
 /// - flatness 0.05 on the top face (z = 10), its text placed at (30, 15, 25);
-/// - perpendicularity 0.02 to A on the face at x = 40.
+/// - perpendicularity 0.02 to A on the face at x = 40;
+/// - a note over the top face that is graphics only: two strokes named "note".
 void writePmiPart(const std::string& path);
 
 /// Adds a saved view "Top" to a loaded document: looking down from (20, 10, 100) with +Y up,

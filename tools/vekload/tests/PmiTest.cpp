@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <string>
 
 #include "Check.h"
@@ -65,7 +66,7 @@ TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
 
     const std::vector<ReportSection> sections = pmiSections(document);
     ASSERT_EQ(sections.size(), 1U);
-    ASSERT_EQ(pmi.pmis.size(), 5);
+    ASSERT_EQ(pmi.pmis.size(), 6);
     const std::string& json = sections[0].json;
     // Each annotation's object up to its faces, and the faces.
     const std::pair<const char*, std::string> expected[] = {
@@ -75,6 +76,9 @@ TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
         {"{\"kind\": \"diameter\", \"text\": \"\u230012 +0.05/0\", \"value\": 12, \"upper\": "
          "0.05, \"lower\": 0, \"datums\": [], \"faces\": [",
          std::to_string(boreFace(document))},
+        {"{\"kind\": \"presentation\", \"text\": \"note\", \"value\": null, \"upper\": null, "
+         "\"lower\": null, \"datums\": [], \"faces\": [",
+         std::to_string(flatFace(document, 2, 10))},
         {"{\"kind\": \"flatness\", \"text\": \"\u23e5 0.05\", \"value\": 0.05, \"upper\": "
          "0.05, \"lower\": 0, \"datums\": [], \"faces\": [",
          std::to_string(flatFace(document, 2, 10))},
@@ -102,6 +106,9 @@ TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
             EXPECT_NEAR(distance(measure->point1, measure->point2), measure->value, 1e-3f);
             ASSERT_TRUE(measure->leader);
             EXPECT_EQ(measure->leader->points.size(), 4U);
+        } else if (dynamic_cast<veksg::TessPMI*>(&annotation)) {
+            // Its box takes in the graphics, which stand above the part.
+            EXPECT_GE(pmi.pmiBoxes.getValue(key).max[2], 12.0f);
         } else {
             ASSERT_EQ(annotation.type(), veksg::PMI::TEXT3D_LEADER);
             const auto& leader = dynamic_cast<veksg::Text3DLeader&>(annotation);
@@ -122,7 +129,7 @@ TEST(Pmi, EveryAnnotationArrivesWithItsValueTolerancesTextAndFaces) {
     ASSERT_GE(datum, 0);
     ASSERT_GE(perpendicularity, 0);
     EXPECT_EQ(pmi.relation12.getValue(perpendicularity), std::vector<int>{datum});
-    EXPECT_EQ(pmi.relation1.getValue(0).size(), 5U);
+    EXPECT_EQ(pmi.relation1.getValue(0).size(), 6U);
 }
 
 TEST(Pmi, CheckCoversEveryRelationKey) {
@@ -139,12 +146,12 @@ TEST(Pmi, CheckCoversEveryRelationKey) {
     };
     broken("a face", [&] { pmi.relation4.addChild(0, 9999); });
     broken("a second face", [&] { pmi.relation6.addChild(1, -1); });
-    broken("a datum", [&] { pmi.relation12.addChild(2, 5); });
+    broken("a datum", [&] { pmi.relation12.addChild(2, 6); });
     broken("an owner", [&] { pmi.map2.setValue(3, 7); });
-    broken("an annotation of a node", [&] { pmi.relation1.addChild(0, 5); });
+    broken("an annotation of a node", [&] { pmi.relation1.addChild(0, 6); });
     broken("a node that does not list its annotation", [&] { pmi.relation1.setValue(0, {}); });
     broken("an attribute", [&] { pmi.relation5.addChild(4, 999); });
-    broken("a box", [&] { pmi.pmiBoxes.insert(5, {}, {}); });
+    broken("a box", [&] { pmi.pmiBoxes.insert(6, {}, {}); });
 }
 
 // The part read again after a saved view was added to its document (the writer leaves
@@ -212,11 +219,6 @@ TEST(Pmi, SavedViewsBecomeViewsWithCameraAndSectionStates) {
                                     "], \"nodes\": [0], \"sections\": [0]}]");
 }
 
-veksg::Point3 textPosition(veksg::PMI& annotation) {
-    if (auto* measure = dynamic_cast<veksg::Measure*>(&annotation)) return measure->point3;
-    return dynamic_cast<veksg::Text3DLeader&>(annotation).text3d->position;
-}
-
 // Annotation ink within a few pixels of `at`.
 bool inkNear(const Image& image, const std::array<double, 3>& at) {
     for (int y = static_cast<int>(at[1]) - 4; y <= static_cast<int>(at[1]) + 4; ++y)
@@ -228,15 +230,22 @@ bool inkNear(const Image& image, const std::array<double, 3>& at) {
     return false;
 }
 
-// Draws with `options` and says, for each annotation, whether its text shows.
-std::vector<bool> textsShown(const vekhost::Document& document, RenderOptions options) {
-    std::vector<bool> shown;
+// Draws with `options` and says, for each annotation with a text, whether it shows.
+std::map<int, bool> textsShown(const vekhost::Document& document, RenderOptions options) {
+    std::map<int, bool> shown;
     const auto draw = options.overlay;
     options.overlay = [&](Image& image, const auto& project) {
         if (draw) draw(image, project);
         for (int key = 0; key < document.pmi->pmis.size(); ++key) {
-            const veksg::Point3 at = textPosition(*document.pmi->pmis.getValue(key));
-            shown.push_back(inkNear(image, project({at[0], at[1], at[2]})));
+            veksg::PMI* annotation = document.pmi->pmis.getValue(key).get();
+            veksg::Point3 at;
+            if (auto* measure = dynamic_cast<veksg::Measure*>(annotation))
+                at = measure->point3;
+            else if (auto* leader = dynamic_cast<veksg::Text3DLeader*>(annotation))
+                at = leader->text3d->position;
+            else
+                continue;
+            shown[key] = inkNear(image, project({at[0], at[1], at[2]}));
         }
     };
     render(document, options);
@@ -251,23 +260,26 @@ TEST(Pmi, PicturesDrawEveryAnnotationOrThoseOfOneSavedView) {
     options.width = 320;
     options.height = 240;
     options.view = 1;
-    EXPECT_EQ(textsShown(document, options), std::vector<bool>(5, false));
+    const std::map<int, bool> none = textsShown(document, options);
+    ASSERT_EQ(none.size(), 5U);
+    for (const auto& [key, shown] : none)
+        EXPECT_FALSE(shown) << key;
     RenderOptions all = options;
     addPmi(all, document, "");
-    EXPECT_EQ(textsShown(document, all), std::vector<bool>(5, true));
+    for (const auto& [key, shown] : textsShown(document, all))
+        EXPECT_TRUE(shown) << key;
 
     RenderOptions top = options;
     addPmi(top, document, "Top");
     EXPECT_EQ(top.orientation,
               std::vector<float>(document.views->orientations.getValue(2).data(),
                                  document.views->orientations.getValue(2).data() + 16));
-    const std::vector<bool> shown = textsShown(document, top);
-    for (int key = 0; key < pmi.pmis.size(); ++key) {
+    for (const auto& [key, shown] : textsShown(document, top)) {
         const auto& listed = pmi.relation9.getValue(0);
         const bool inView = std::find(listed.begin(), listed.end(), key) != listed.end();
         // The length's text lies clear of everything the view shows.
         if (inView || pmi.pmis.getValue(key)->name() == std::wstring(L"40 \u00b10.1")) {
-            EXPECT_EQ(shown[static_cast<std::size_t>(key)], inView) << key;
+            EXPECT_EQ(shown, inView) << key;
         }
     }
     EXPECT_THROW(addPmi(options, document, "Side"), std::invalid_argument);
