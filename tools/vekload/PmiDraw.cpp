@@ -285,6 +285,15 @@ void addPmi(RenderOptions& options, const vekhost::Document& document,
         if (found < 0) throw std::invalid_argument("no saved view is named \"" + viewName + "\"");
         options.orientation = viewOrientation(*pmi.views.getValue(found));
         if (found < pmi.relation9.size()) shown = pmi.relation9.getValue(found);
+        if (found < pmi.relation10.size())
+            for (const int section : pmi.relation10.getValue(found)) {
+                if (section < 0 || section >= pmi.sections.size() ||
+                    !pmi.sections.getValue(section))
+                    continue;
+                const veksg::Section& cut = *pmi.sections.getValue(section);
+                options.cuts.push_back({cut.origin[0], cut.origin[1], cut.origin[2], cut.normal[0],
+                                        cut.normal[1], cut.normal[2]});
+            }
     }
     shown.erase(std::remove_if(shown.begin(), shown.end(),
                                [&](int key) {

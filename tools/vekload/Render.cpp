@@ -7,6 +7,8 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Animation.h"
 #include "Bounds.h"
@@ -98,6 +100,13 @@ struct ScreenPoint {
     /// Grows towards the viewer.
     double z = 0;
     Color color{};
+};
+
+// A plane in the viewer's coordinates: what lies on the side its normal points to stays.
+struct Cut {
+    Vec3 point;
+    Vec3 normal;
+    double distance(const Vec3& p) const { return dot(difference(p, point), normal); }
 };
 
 bool finite(const ScreenPoint& p) {
@@ -197,6 +206,9 @@ public:
         : scene(*document.scene), resources(*document.resources), visibility(document), view(view),
           canvas(options.width, options.height), overlay(options.overlay) {
         if (options.timed) pose.emplace(document, options.time);
+        for (const auto& cut : options.cuts)
+            cuts.push_back({view.point({cut[0], cut[1], cut[2]}),
+                            normalized(view.vector({cut[3], cut[4], cut[5]}))});
         framed = fit(document, options);
     }
 
@@ -319,8 +331,57 @@ private:
                     channel *= intensity;
                 screen[k] = toScreen(eye[k], color);
             }
-            canvas.triangle(screen[0], screen[1], screen[2]);
+            clipped(eye, screen);
         }
+    }
+
+    using Clipped = std::pair<Vec3, ScreenPoint>;
+
+    static Clipped between(const Clipped& a, const Clipped& b, double t) {
+        Clipped out = a;
+        for (std::size_t i = 0; i < 3; ++i) {
+            out.first[i] += t * (b.first[i] - a.first[i]);
+            out.second.color[i] += t * (b.second.color[i] - a.second.color[i]);
+        }
+        out.second.x += t * (b.second.x - a.second.x);
+        out.second.y += t * (b.second.y - a.second.y);
+        out.second.z += t * (b.second.z - a.second.z);
+        return out;
+    }
+
+    // The triangle less what the cuts take away: clipped by each plane in turn, the rest
+    // drawn as a fan. The projection is orthographic, so screen points clip as the eye's do.
+    void clipped(const Vec3 (&eye)[3], const ScreenPoint (&screen)[3]) {
+        std::vector<Clipped> polygon{{eye[0], screen[0]}, {eye[1], screen[1]}, {eye[2], screen[2]}};
+        for (const Cut& cut : cuts) {
+            std::vector<Clipped> kept;
+            for (std::size_t i = 0; i < polygon.size(); ++i) {
+                const Clipped& a = polygon[i];
+                const Clipped& b = polygon[(i + 1) % polygon.size()];
+                const double da = cut.distance(a.first);
+                const double db = cut.distance(b.first);
+                if (da >= 0) kept.push_back(a);
+                if ((da >= 0) != (db >= 0)) kept.push_back(between(a, b, da / (da - db)));
+            }
+            polygon = std::move(kept);
+        }
+        for (std::size_t i = 1; i + 1 < polygon.size(); ++i)
+            canvas.triangle(polygon[0].second, polygon[i].second, polygon[i + 1].second);
+    }
+
+    // Shortens the segment to what the cuts leave; false when nothing is left.
+    bool uncut(Vec3& a, Vec3& b) const {
+        for (const Cut& cut : cuts) {
+            const double da = cut.distance(a);
+            const double db = cut.distance(b);
+            if (da < 0 && db < 0) return false;
+            Vec3& gone = da < 0 ? a : b;
+            if (da >= 0 && db >= 0) continue;
+            const double t = da / (da - db);
+            for (std::size_t i = 0; i < 3; ++i)
+                gone[i] = a[i] + t * (b[i] - a[i]);
+        }
+        return true;
     }
 
     struct Corner {
@@ -361,12 +422,14 @@ private:
             const long long begin = std::clamp<long long>(range.first, 0, size);
             const long long end = std::min<long long>(size, begin + std::max(range.count, 0));
             const Matrix place = placement(node);
-            auto project = [&](long long i) {
-                return toScreen(place.point(toVec(points[static_cast<std::size_t>(i)].data())),
-                                color);
+            auto eye = [&](long long i) {
+                return place.point(toVec(points[static_cast<std::size_t>(i)].data()));
             };
-            for (long long i = begin; i + 1 < end; ++i)
-                canvas.line(project(i), project(i + 1), bias);
+            for (long long i = begin; i + 1 < end; ++i) {
+                Vec3 a = eye(i);
+                Vec3 b = eye(i + 1);
+                if (uncut(a, b)) canvas.line(toScreen(a, color), toScreen(b, color), bias);
+            }
         }
     }
 
@@ -396,7 +459,8 @@ private:
                 const Color color = buffer.stride == vekhost::points::colouredStride
                                         ? Color{point[3], point[4], point[5]}
                                         : plain;
-                canvas.square(toScreen(place.point(toVec(point)), color), size);
+                Vec3 at = place.point(toVec(point));
+                if (uncut(at, at)) canvas.square(toScreen(at, color), size);
             }
         }
     }
@@ -406,6 +470,7 @@ private:
     const vekhost::Visibility visibility;
     std::optional<vekhost::AnimationPose> pose;
     const Matrix view;
+    std::vector<Cut> cuts;
     Canvas canvas;
     const decltype(RenderOptions::overlay) overlay;
     bool framed = false;

@@ -40,6 +40,9 @@ struct RenderOptions {
     /// An orientation to draw under instead of the preset `view` (a saved view's): 16
     /// elements, stored as `SCView::orientations` stores them. Empty for the preset.
     std::vector<float> orientation;
+    /// Planes, each a point and a normal in the world, that cut the model (faces, edges,
+    /// points): what lies on the side the normal points to stays.
+    std::vector<std::array<double, 6>> cuts;
     /// World boxes, as min and max corners, that the frame takes in besides the model.
     std::vector<std::array<double, 6>> alsoFit;
     /// Drawn over the finished model (annotations): the picture, and where a world point

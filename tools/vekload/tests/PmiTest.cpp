@@ -283,6 +283,19 @@ TEST(Pmi, PicturesDrawEveryAnnotationOrThoseOfOneSavedView) {
         }
     }
     EXPECT_THROW(addPmi(options, document, "Side"), std::invalid_argument);
+
+    // The view's cut at half height keeps the upper half: from the front, half as tall.
+    const auto rows = [&](const RenderOptions& picture) {
+        const Image image = render(document, picture);
+        int covered = 0;
+        for (int y = 0; y < image.height; ++y)
+            covered += image.covered(image.width / 8, y) ? 1 : 0;
+        return covered;
+    };
+    RenderOptions cut = options;
+    cut.cuts = top.cuts;
+    ASSERT_EQ(cut.cuts.size(), 1U);
+    EXPECT_NEAR(rows(cut), rows(options) / 2.0, 2);
 }
 
 TEST(Pmi, ASavedViewIsChosenForAPictureOnly) {
