@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Builder.h"
+#include "DrawingCheck.h"
 #include "KeySpaces.h"
 #include "veksg/Tables.h"
 
@@ -35,6 +36,7 @@ public:
         primitives();
         sideTables();
         visibility();
+        checkDrawing(*doc.drawing, result);
         return std::move(result);
     }
 
