@@ -114,6 +114,29 @@ private:
                 static_cast<long long>((std::wcslen(value->get().get()) + 1) * sizeof(wchar_t));
         return total;
     }
+    // The drawing's records and what they own.
+    static long long pointsOf(const std::vector<veksg::Point3>& points) {
+        return static_cast<long long>(points.size() * sizeof(veksg::Point3));
+    }
+    long long of(const vek2d::Entity& entity) const {
+        return static_cast<long long>(sizeof entity) + pointsOf(entity.points) +
+               pointsOf(entity.points2);
+    }
+    long long of(const vek2d::HatchPattern& hatch) const {
+        long long total = sizeof hatch;
+        for (const auto& loop : hatch.loops)
+            total += static_cast<long long>(sizeof loop) + pointsOf(loop);
+        return total;
+    }
+    long long of(const veksg::Text& text) const {
+        return static_cast<long long>(sizeof text + text.text.size() * sizeof(wchar_t));
+    }
+    long long of(const vek2d::View& view) const {
+        return static_cast<long long>(sizeof view + view.name.size() * sizeof(wchar_t));
+    }
+    long long of(const vek2d::Sheet& sheet) const {
+        return static_cast<long long>(sizeof sheet + sheet.name.size() * sizeof(wchar_t));
+    }
     template <typename V>
     long long of(const V& value) const {
         return sizeof value;

@@ -258,8 +258,10 @@ int DrawingBuilder::addHatch(const Pen& pen, const std::vector<std::vector<Point
     }
     points += count;
     scene.hatches.push_back(std::move(hatch));
-    return addEntity(pen, Kind::Hatch, static_cast<int>(scene.hatches.size()) - 1,
-                     std::move(families), lines.empty());
+    const int key =
+        addEntity(pen, Kind::Hatch, static_cast<int>(scene.hatches.size()) - 1, {}, lines.empty());
+    scene.entities.back().points2 = std::move(families);
+    return key;
 }
 
 int DrawingBuilder::addText(const Pen& pen, int font, const std::wstring& text, const Affine& frame,

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <set>
 #include <utility>
 
+#include "DrawingBuilder.h"
 #include "LoadError.h"
 
 namespace vekhost {
@@ -83,6 +86,11 @@ const std::set<std::string>& definedKinds() {
                                              "WIPEOUT",
                                              "XLINE"};
     return kinds;
+}
+
+// Coordinates, sizes and angles; and extrusion directions.
+bool isReal(long code) {
+    return (code >= 10 && code <= 59) || (code >= 210 && code <= 239);
 }
 
 // Counts that dxflib allocates arrays for, by entity kind and group code.
@@ -188,6 +196,7 @@ private:
         expectSectionName = false;
         if (section == "CLASSES" && entity == "CLASS" && code == 1) declared.insert(value);
         if (section == "HEADER") header(code, value);
+        if (isReal(code) && (section == "ENTITIES" || section == "BLOCKS")) real(value);
         if (allocatesFor(entity, code)) {
             // As dxflib converts it: strtol, then int.
             const long long count = static_cast<int>(std::strtol(value.c_str(), nullptr, 10));
@@ -202,6 +211,22 @@ private:
         if (text.empty() || *end != '\0' || errno != 0 || code < 0 || code > largestGroupCode)
             throw LoadError(at(lines - 1) + "'" + text.substr(0, 40) + "' is not a group code");
         return code;
+    }
+
+    // dxflib takes a value it cannot read as 0, and what it can as is: NaN and infinities
+    // would reach the drawing as numbers, and text as zeros.
+    void real(const std::string& value) const {
+        std::string text = trimmed(value.c_str());
+        std::replace(text.begin(), text.end(), ',', '.');
+        char* end = nullptr;
+        const double number = std::strtod(text.c_str(), &end);
+        if (text.empty() || *end != '\0' || !std::isfinite(number))
+            throw LoadError(at(lines) + "'" + text.substr(0, 40) + "' is not a finite number");
+        if (std::fabs(number) > DrawingBuilder::largestCoordinate) {
+            char shown[32];
+            std::snprintf(shown, sizeof shown, "%g", number);
+            throw LoadError(at(lines) + shown + " is out of range");
+        }
     }
 
     void header(long code, const std::string& value) {
