@@ -41,7 +41,7 @@ struct Dashes {
 Dashes dashLengths(Pattern pattern);
 
 /// `Entity::style`: bits 0-3 the pattern, bits 4-11 the line weight in hundredths of a
-/// millimetre on paper (0: the thinnest the output draws), bits 12-15 the kind.
+/// millimetre on paper (0: the default, 0.25 mm), bits 12-15 the kind.
 constexpr std::uint16_t packStyle(Kind kind, Pattern pattern, int weight) {
     return static_cast<std::uint16_t>(static_cast<unsigned>(pattern) |
                                       (static_cast<unsigned>(weight & 0xFF) << 4) |

@@ -20,8 +20,11 @@ using drawing::Kind;
 
 namespace {
 constexpr double pointsPerMillimetre = 72 / 25.4;
-constexpr double thinnest = 0.13;
-constexpr double hatchLineWidth = 0.1;
+// Millimetres on paper: the width of weight 0 (DXF's default), the thinnest drawn at all, and
+// the lines of pattern fills (ISO 128's thin lines).
+constexpr double defaultWidth = 0.25;
+constexpr double thinnest = 0.05;
+constexpr double hatchLineWidth = 0.18;
 // Dash patterns shorter than this on paper would read as a grey line; they are drawn solid.
 constexpr double shortestPeriod = 0.5;
 constexpr int mostHatchLines = 4000;
@@ -160,7 +163,8 @@ private:
     }
 
     void stroke(const vek2d::Entity& entity) {
-        const double width = std::max(drawing::weightOf(entity.style) / 100.0, thinnest);
+        const int weight = drawing::weightOf(entity.style);
+        const double width = weight == 0 ? defaultWidth : std::max(weight / 100.0, thinnest);
         cairo_set_line_width(cr, width);
         const drawing::Dashes dashes = drawing::dashLengths(drawing::patternOf(entity.style));
         double period = 0;

@@ -133,12 +133,13 @@ public:
         // A negative colour turns a layer off; flag 1 freezes it.
         layer.hidden = a.getColor() < 0 || (data.flags & 1) != 0;
     }
-    void addLinetype(const DL_LinetypeData& data) override {
-        linetypeDashes.emplace_back(upper(data.name), std::vector<double>());
-    }
+    // dxflib hands over a line type's dashes before the line type itself.
     void addLinetypeDash(double length) override {
-        if (!linetypeDashes.empty() && linetypeDashes.back().second.size() < 64)
-            linetypeDashes.back().second.push_back(length);
+        if (dashes.size() < 64) dashes.push_back(length);
+    }
+    void addLinetype(const DL_LinetypeData& data) override {
+        linetypeDashes.emplace_back(upper(data.name), std::move(dashes));
+        dashes.clear();
     }
     void addTextStyle(const DL_StyleData& data) override {
         c.textStyles[upper(data.name)] = {data.primaryFontFile, data.bold, data.italic};
@@ -605,6 +606,7 @@ private:
     double ltscale = 1;
     bool metric = true;
     std::vector<std::pair<std::string, std::vector<double>>> linetypeDashes;
+    std::vector<double> dashes;
     std::map<std::string, double> fixedHeights;
     std::string mtextChunks;
     // The entity whose parts come in several calls.

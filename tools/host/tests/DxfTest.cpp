@@ -42,6 +42,11 @@ std::string writeKnownDrawing() {
     dxf.writeLayer(*w, DL_LayerData("Red", 0), DL_Attributes("", 1, -1, "CONTINUOUS", 1.0));
     dxf.writeLayer(*w, DL_LayerData("Off", 0), DL_Attributes("", -5, -1, "CONTINUOUS", 1.0));
     w->tableEnd();
+    w->tableLinetypes(2);
+    double dash[2] = {6, -3};
+    dxf.writeLinetype(*w, DL_LinetypeData("CONTINUOUS", "", 0, 0, 0));
+    dxf.writeLinetype(*w, DL_LinetypeData("DASHED", "", 0, 2, 9, dash));
+    w->tableEnd();
     w->sectionEnd();
     w->sectionBlocks();
     dxf.writeBlock(*w, DL_BlockData("Inner", 0, 0, 0, 0));
@@ -55,7 +60,7 @@ std::string writeKnownDrawing() {
     w->sectionEnd();
     w->sectionEntities();
     dxf.writeLine(*w, DL_LineData(0, 0, 0, 10, 0, 0),
-                  DL_Attributes("Red", 256, -1, "BYLAYER", 1.0));
+                  DL_Attributes("Red", 256, -1, "CONTINUOUS", 1.0));
     dxf.writePolyline(*w, DL_PolylineData(2, 0, 0, 1), byLayer);
     dxf.writeVertex(*w, DL_VertexData(0, 10, 0, 1));
     dxf.writeVertex(*w, DL_VertexData(20, 10, 0, 0));
@@ -84,7 +89,7 @@ std::string writeKnownDrawing() {
     dxf.writeMText(
         *w, DL_MTextData(0, -30, 0, 1, 0, 0, 2.5, 50, 1, 1, 1, 1, "one\\Ptwo", "STANDARD", 0),
         byLayer);
-    dxf.writePoint(*w, DL_PointData(5, 5, 0), byLayer);
+    dxf.writePoint(*w, DL_PointData(5, 5, 0), DL_Attributes("0", 256, -1, "DASHED", 1.0));
     dxf.writeDimLinear(*w, DL_DimensionData(0, 0, 0, 5, 5, 0, 0, 5, 1, 1, "", "STANDARD", 0),
                        DL_DimLinearData(0, 0, 0, 10, 0, 0, 0, 0), byLayer);
     dxf.writeLine(*w, DL_LineData(0, 0, 0, 0, 10, 0),
@@ -138,6 +143,8 @@ TEST(Dxf, WrittenByDxflibReadsBackToKnownRecords) {
     ASSERT_EQ(polylines.size(), 6U);
     const vek2d::Entity& red = *polylines[0];
     EXPECT_EQ(d.colors[static_cast<std::size_t>(red.value1)].color, veksg::Color4(1, 0, 0, 1));
+    EXPECT_EQ(drawing::patternOf(red.style), drawing::Pattern::Solid);
+    EXPECT_EQ(drawing::patternOf(polylines[3]->style), drawing::Pattern::Dashed);
     // The half circle over (0,10)-(20,10) keeps its radius within the tolerance.
     const vek2d::Entity& bulged = *polylines[1];
     EXPECT_TRUE(bulged.flag);
