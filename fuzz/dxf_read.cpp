@@ -13,6 +13,7 @@
 
 // Fontconfig keeps 288 bytes of its configuration where LeakSanitizer does not see them,
 // once per process (tests/lsan.supp says the same for the test programs).
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's own hook, by its name.
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libfontconfig.so\n";
 }
@@ -34,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         vekhost::SheetPicture picture;
         picture.width = 64;
         picture.height = 48;
-        FUZZ_CHECK(vekhost::drawSheetImage(drawing, picture).pixels.size() == 64 * 48);
+        FUZZ_CHECK(vekhost::drawSheetImage(drawing, picture).pixels.size() == std::size_t{64} * 48);
     }
     return 0;
 }

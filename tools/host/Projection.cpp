@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "Flatten.h"
 
@@ -109,6 +110,7 @@ std::vector<Point2> samples(const ProjectedEdge& edge, int perArc) {
         flatten::appendArc(out, edge.center, edge.axis0, edge.axis1, edge.start, edge.end, true);
         if (perArc > 0 && static_cast<int>(out.size()) > perArc) {
             std::vector<Point2> fewer;
+            fewer.reserve(static_cast<std::size_t>(perArc) + 1);
             for (int i = 0; i < perArc; ++i)
                 fewer.push_back(out[out.size() * static_cast<std::size_t>(i) /
                                     static_cast<std::size_t>(perArc)]);
@@ -160,7 +162,8 @@ void dropCovered(ProjectedView& view, double tolerance) {
 }
 
 void fitBox(ProjectedView& view) {
-    std::array<double, 4> box{INFINITY, INFINITY, -INFINITY, -INFINITY};
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    std::array<double, 4> box{infinity, infinity, -infinity, -infinity};
     for (const ProjectedEdge& edge : view.edges)
         for (const Point2& p : samples(edge, 64)) {
             box[0] = std::min(box[0], p[0]);

@@ -3,15 +3,16 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
-#include <iconv.h>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 
 #include "Drawing.h"
 #include "FontMatch.h"
+#include "Iconv.h"
 
 namespace vekhost {
 
@@ -28,6 +29,7 @@ constexpr double hatchLineWidth = 0.18;
 // Dash patterns shorter than this on paper would read as a grey line; they are drawn solid.
 constexpr double shortestPeriod = 0.5;
 constexpr int mostHatchLines = 4000;
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 std::string lowerExtension(const std::string& path) {
     const auto dot = path.find_last_of('.');
@@ -57,37 +59,15 @@ std::array<double, 4> areaOf(const vek2d::SCScene2D& d, int sheet) {
     return a;
 }
 
-// Wide text as cairo takes it.
+// Wide text as cairo takes it; a character UTF-8 cannot hold (a lone surrogate) is dropped.
 class Utf8 {
 public:
-    Utf8() : converter(iconv_open("UTF-8", "WCHAR_T")) {}
-    ~Utf8() {
-        if (converter != reinterpret_cast<iconv_t>(-1)) iconv_close(converter);
-    }
-    Utf8(const Utf8&) = delete;
-    Utf8& operator=(const Utf8&) = delete;
-
     std::string operator()(const std::wstring& text) {
-        if (converter == reinterpret_cast<iconv_t>(-1) || text.empty()) return {};
-        std::wstring input = text;
-        std::string out(text.size() * 4 + 4, '\0');
-        char* in = reinterpret_cast<char*>(input.data());
-        std::size_t inLeft = input.size() * sizeof(wchar_t);
-        char* to = out.data();
-        std::size_t outLeft = out.size();
-        iconv(converter, nullptr, nullptr, nullptr, nullptr);
-        while (inLeft > 0 &&
-               iconv(converter, &in, &inLeft, &to, &outLeft) == static_cast<std::size_t>(-1)) {
-            // A character UTF-8 cannot hold (a lone surrogate): dropped.
-            in += sizeof(wchar_t);
-            inLeft -= sizeof(wchar_t);
-        }
-        out.resize(out.size() - outLeft);
-        return out;
+        return converter.convert(text.data(), text.size() * sizeof(wchar_t), sizeof(wchar_t), {});
     }
 
 private:
-    iconv_t converter;
+    Iconv converter{"UTF-8", "WCHAR_T"};
 };
 
 class Painter {
@@ -223,7 +203,7 @@ private:
 
     void hatch(const vek2d::Entity& entity, const Affine& m) {
         const vek2d::HatchPattern& h = d.hatches[static_cast<std::size_t>(entity.value2)];
-        double box[4] = {INFINITY, INFINITY, -INFINITY, -INFINITY};
+        double box[4] = {infinity, infinity, -infinity, -infinity};
         cairo_new_path(cr);
         for (const auto& loop : h.loops) {
             for (std::size_t i = 0; i < loop.size(); ++i) {
@@ -256,10 +236,10 @@ private:
             const double dx = along[0] / length;
             const double dy = along[1] / length;
             const double gap = std::fabs(step[0] * -dy + step[1] * dx);
-            double lo = INFINITY;
-            double hi = -INFINITY;
-            double tlo = INFINITY;
-            double thi = -INFINITY;
+            double lo = infinity;
+            double hi = -infinity;
+            double tlo = infinity;
+            double thi = -infinity;
             for (const double x : {box[0], box[2]})
                 for (const double y : {box[1], box[3]}) {
                     lo = std::min(lo, x * -dy + y * dx);

@@ -38,7 +38,9 @@ veksg::Color4 aciColor(int index) {
         r = g = b = greys[index - 250];
     } else if (index >= 10 && index <= 249) {
         static const double values[5] = {1.0, 0.8, 0.6, 0.5, 0.3};
-        const double hue = (index / 10 - 1) * 15.0;
+        // Each run of ten indices is one hue.
+        const int step = index / 10 - 1;
+        const double hue = step * 15.0;
         const double value = values[(index % 10) / 2];
         const double saturation = index % 2 == 0 ? 1.0 : 0.5;
         auto channel = [&](double n) {

@@ -67,6 +67,7 @@ std::vector<HatchLines> patternLines(const std::string& name, double angle, doub
     for (const Family& family : families)
         if (key == family.name) chosen = &family;
     std::vector<HatchLines> lines;
+    lines.reserve(static_cast<std::size_t>(chosen->count));
     const double s = std::isfinite(scale) && scale > 0 ? scale : 1;
     for (int i = 0; i < chosen->count; ++i)
         lines.push_back({degrees(chosen->angles[i] + angle), chosen->spacing * s});

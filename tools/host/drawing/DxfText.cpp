@@ -1,8 +1,7 @@
 #include "DxfText.h"
 
-#include <cerrno>
+#include <cstring>
 #include <cwctype>
-#include <vector>
 
 namespace vekhost {
 
@@ -87,43 +86,28 @@ std::size_t afterSemicolon(const std::wstring& s, std::size_t from) {
 } // namespace
 
 DxfText::DxfText(const std::string& version, const std::string& codepage)
-    : converter(iconv_open("WCHAR_T", iconvName(version, codepage).c_str())) {
-    if (converter == reinterpret_cast<iconv_t>(-1)) converter = iconv_open("WCHAR_T", "CP1252");
+    : converter("WCHAR_T", iconvName(version, codepage).c_str()) {
 }
 
-DxfText::~DxfText() {
-    if (converter != reinterpret_cast<iconv_t>(-1)) iconv_close(converter);
-}
+DxfText::~DxfText() = default;
 
 std::wstring DxfText::convert(const std::string& raw) {
     std::wstring out;
-    if (raw.empty()) return out;
     // Plain ASCII is the same in every code page the files use.
     bool ascii = true;
     for (const char c : raw)
         ascii = ascii && static_cast<unsigned char>(c) < 0x80;
-    if (ascii || converter == reinterpret_cast<iconv_t>(-1)) {
+    if (ascii || !converter.valid()) {
         for (const char c : raw)
             out += static_cast<unsigned char>(c) < 0x80 ? static_cast<wchar_t>(c) : replacement;
         return out;
     }
-    std::vector<char> input(raw.begin(), raw.end());
-    std::vector<wchar_t> output(raw.size() + 1);
-    char* in = input.data();
-    std::size_t inLeft = input.size();
-    iconv(converter, nullptr, nullptr, nullptr, nullptr);
-    while (inLeft > 0) {
-        char* outPtr = reinterpret_cast<char*>(output.data());
-        std::size_t outLeft = output.size() * sizeof(wchar_t);
-        const std::size_t done = iconv(converter, &in, &inLeft, &outPtr, &outLeft);
-        out.append(output.data(), (output.size() * sizeof(wchar_t) - outLeft) / sizeof(wchar_t));
-        if (done != static_cast<std::size_t>(-1)) break;
-        if (errno == E2BIG) continue;
-        // An invalid or cut-off sequence: one replacement for its first byte.
-        out += replacement;
-        ++in;
-        --inLeft;
-    }
+    // An invalid or cut-off sequence: one replacement for its first byte.
+    const wchar_t bad[1] = {replacement};
+    const std::string wide = converter.convert(
+        raw.data(), raw.size(), 1, std::string(reinterpret_cast<const char*>(bad), sizeof bad));
+    out.resize(wide.size() / sizeof(wchar_t));
+    std::memcpy(out.data(), wide.data(), out.size() * sizeof(wchar_t));
     return out;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <iconv.h>
-
 #include <string>
+
+#include "Iconv.h"
 
 namespace vekhost {
 
@@ -26,7 +26,7 @@ public:
 private:
     std::wstring convert(const std::string& raw);
 
-    iconv_t converter;
+    Iconv converter;
 };
 
 } // namespace vekhost

@@ -67,7 +67,9 @@ public:
         const int py = static_cast<int>((top - y) * scale);
         for (int dy = -1; dy <= 1; ++dy)
             for (int dx = -1; dx <= 1; ++dx) {
-                const auto i = static_cast<std::size_t>((py + dy) * image.width + px + dx);
+                const auto i =
+                    static_cast<std::size_t>(py + dy) * static_cast<std::size_t>(image.width) +
+                    static_cast<std::size_t>(px + dx);
                 if ((image.pixels[i] & 0xFF) < 200) return true;
             }
         return false;

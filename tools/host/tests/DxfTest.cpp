@@ -30,7 +30,7 @@ using drawing::Kind;
 // turned 90 degrees at twice the size; "Inner" a circle of radius 5 at (10, 0) on layer 0
 // coloured by block.
 std::string writeKnownDrawing() {
-    const std::string path = scratchDirectory() + "/known.dxf";
+    std::string path = scratchDirectory() + "/known.dxf";
     DL_Dxf dxf;
     DL_WriterA* w = dxf.out(path.c_str(), DL_Codes::AC1015);
     const DL_Attributes byLayer("0", 256, -1, "BYLAYER", 1.0);
