@@ -285,6 +285,7 @@ double projectSheet(const TopoDS_Shape& shape, vek2d::SCScene2D& drawing,
     }
     writer.titleBlock(scale);
     writer.finish();
+    drawing.scale = static_cast<float>(scale);
     return scale;
 }
 

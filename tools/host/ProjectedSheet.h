@@ -29,7 +29,7 @@ struct SheetOptions {
 /// Adds an A3 sheet with the front, top, right and isometric views of `shape` to `drawing`
 /// (hidden edges dashed but in the isometric view), at the largest standard scale that fits,
 /// with view names, a frame and a title block (title, scale, date, projection). Returns the
-/// scale, paper millimetres per model unit.
+/// scale, paper millimetres per model unit, which is also stored as the drawing's `scale`.
 double projectSheet(const TopoDS_Shape& shape, vek2d::SCScene2D& drawing,
                     const SheetOptions& options);
 

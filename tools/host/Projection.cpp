@@ -2,7 +2,6 @@
 
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepBndLib.hxx>
-#include <BRepLib.hxx>
 #include <Bnd_Box.hxx>
 #include <GCPnts_TangentialDeflection.hxx>
 #include <HLRAlgo_Projector.hxx>
@@ -25,7 +24,8 @@ namespace {
 using Line = ProjectedEdge::Line;
 
 // The kinds of line hidden-line removal sorts edges into that a drawing shows. Sewn edges
-// (a cylinder's seam, edges between faces that continue one another) are left out.
+// (a cylinder's seam, edges between faces that continue one another) are left out; tangent
+// edges are told by the continuity the readers and modelling operations record on them.
 struct Lines {
     TopoDS_Shape sharp, outline, smooth, hiddenSharp, hiddenOutline;
 };
@@ -183,8 +183,6 @@ ProjectedView projectShape(const TopoDS_Shape& shape, const gp_Ax2& view, Hidden
     BRepBndLib::Add(shape, bounds);
     if (bounds.IsVoid()) return out;
     const double size = std::sqrt(bounds.SquareExtent());
-    // Marks which edges join faces smoothly, so that seams are told apart from sharp edges.
-    BRepLib::EncodeRegularity(shape);
     const Lines lines =
         method == HiddenLines::Exact ? exact(shape, view, hidden) : polygonal(shape, view, hidden);
     const double tolerance = flatten::relativeTolerance * size;

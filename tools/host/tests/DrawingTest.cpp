@@ -157,7 +157,12 @@ const Damage damages[] = {
     {"layer_twice", "is on 2 layers",
      [](vek2d::SCScene2D& d) { drawing::layerEntities(d).begin()[1].push_back(0); }},
     {"layer_names", "layer names", [](vek2d::SCScene2D& d) { d.values.push_back(0); }},
-    {"view_sheet", "map0[0]", [](vek2d::SCScene2D& d) { drawing::viewSheet(d).setValue(0, 1); }},
+    {"view_sheet", "whose lists1 entry does not list it",
+     [](vek2d::SCScene2D& d) {
+         d.sheets.emplace_back();
+         drawing::sheetViews(d).insert({});
+         drawing::viewSheet(d).setValue(0, 1);
+     }},
     {"sheet_views", "lists1[0]",
      [](vek2d::SCScene2D& d) { drawing::sheetViews(d).begin()[0].push_back(4); }},
     {"current", "current", [](vek2d::SCScene2D& d) { d.current = 1; }},

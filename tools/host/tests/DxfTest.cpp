@@ -4,6 +4,7 @@
 #include <dxflib/dl_dxf.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -23,12 +24,12 @@ namespace {
 using drawing::Affine;
 using drawing::Kind;
 
-// Model space: a red-layer line, a closed polyline with a half-circle bulge, a circle, an
-// arc, an ellipse, a spline, a solid and a pattern hatch, a text, a two-line MTEXT, a point,
-// a linear dimension (which the records cannot hold), a line on a layer that is off, and
-// "Outer" inserted at (100, 0) in green. "Outer" holds a line and "Inner", coloured by block,
-// turned 90 degrees at twice the size; "Inner" a circle of radius 5 at (10, 0) on layer 0
-// coloured by block.
+// Model space: a red-layer line, a closed polyline with a bulge of 0.5, a circle, an arc,
+// an elliptic arc through its zero parameter, a spline, a solid and a pattern hatch, a text, a
+// two-line MTEXT, a point, a linear dimension (which the records cannot hold), a line on a layer
+// that is off, and "Outer" inserted at (100, 0) in green on layer Red. "Outer" holds a line and
+// "Inner", coloured by block, turned 90 degrees at twice the size; "Inner", based at (5, 0), a
+// circle of radius 5 at (10, 0) on layer 0 coloured by block.
 std::string writeKnownDrawing() {
     std::string path = scratchDirectory() + "/known.dxf";
     DL_Dxf dxf;
@@ -49,7 +50,7 @@ std::string writeKnownDrawing() {
     w->tableEnd();
     w->sectionEnd();
     w->sectionBlocks();
-    dxf.writeBlock(*w, DL_BlockData("Inner", 0, 0, 0, 0));
+    dxf.writeBlock(*w, DL_BlockData("Inner", 0, 5, 0, 0));
     dxf.writeCircle(*w, DL_CircleData(10, 0, 0, 5), DL_Attributes("0", 0, -1, "BYLAYER", 1.0));
     dxf.writeEndBlock(*w, "Inner");
     dxf.writeBlock(*w, DL_BlockData("Outer", 0, 0, 0, 0));
@@ -62,12 +63,12 @@ std::string writeKnownDrawing() {
     dxf.writeLine(*w, DL_LineData(0, 0, 0, 10, 0, 0),
                   DL_Attributes("Red", 256, -1, "CONTINUOUS", 1.0));
     dxf.writePolyline(*w, DL_PolylineData(2, 0, 0, 1), byLayer);
-    dxf.writeVertex(*w, DL_VertexData(0, 10, 0, 1));
+    dxf.writeVertex(*w, DL_VertexData(0, 10, 0, 0.5));
     dxf.writeVertex(*w, DL_VertexData(20, 10, 0, 0));
     dxf.writePolylineEnd(*w);
     dxf.writeCircle(*w, DL_CircleData(50, 50, 0, 8), byLayer);
     dxf.writeArc(*w, DL_ArcData(50, 50, 0, 12, 0, 90), byLayer);
-    dxf.writeEllipse(*w, DL_EllipseData(0, 50, 0, 10, 0, 0, 0.5, 0, 2 * drawing::pi), byLayer);
+    dxf.writeEllipse(*w, DL_EllipseData(0, 50, 0, 10, 0, 0, 0.5, 5.5, 1), byLayer);
     dxf.writeSpline(*w, DL_SplineData(3, 8, 4, 0, 8), byLayer);
     for (const double x : {0.0, 10.0, 20.0, 30.0})
         dxf.writeControlPoint(*w, DL_ControlPointData(x, x == 10 || x == 20 ? 30 : 20, 0, 1));
@@ -95,7 +96,7 @@ std::string writeKnownDrawing() {
     dxf.writeLine(*w, DL_LineData(0, 0, 0, 0, 10, 0),
                   DL_Attributes("Off", 256, -1, "BYLAYER", 1.0));
     dxf.writeInsert(*w, DL_InsertData("Outer", 100, 0, 0, 1, 1, 1, 0, 1, 1, 0, 0),
-                    DL_Attributes("0", 3, -1, "BYLAYER", 1.0));
+                    DL_Attributes("Red", 3, -1, "BYLAYER", 1.0));
     w->sectionEnd();
     w->dxfEOF();
     w->close();
@@ -126,6 +127,12 @@ std::array<double, 2> placed(const vek2d::Entity& e, double x, double y) {
     return Affine::fromMatrix(e.matrix).apply(x, y);
 }
 
+// A DXF file with `entities` and `blocks` in their sections.
+std::string dxfWith(const std::string& entities, const std::string& blocks = "") {
+    return "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" + entities +
+           "0\nENDSEC\n0\nEOF\n";
+}
+
 TEST(Dxf, WrittenByDxflibReadsBackToKnownRecords) {
     const Read read = readFile(writeKnownDrawing());
     const vek2d::SCScene2D& d = read.drawing;
@@ -145,14 +152,18 @@ TEST(Dxf, WrittenByDxflibReadsBackToKnownRecords) {
     EXPECT_EQ(d.colors[static_cast<std::size_t>(red.value1)].color, veksg::Color4(1, 0, 0, 1));
     EXPECT_EQ(drawing::patternOf(red.style), drawing::Pattern::Solid);
     EXPECT_EQ(drawing::patternOf(polylines[3]->style), drawing::Pattern::Dashed);
-    // The half circle over (0,10)-(20,10) keeps its radius within the tolerance.
+    // The bulge over (0,10)-(20,10): counter-clockwise, so below the chord, round (10, 17.5)
+    // with a radius of 12.5 within the tolerance.
     const vek2d::Entity& bulged = *polylines[1];
     EXPECT_TRUE(bulged.flag);
     EXPECT_GT(bulged.points.size(), 20U);
+    double lowest = 10;
     for (const auto& p : bulged.points)
         if (p[1] < 10 - 1e-4) {
-            EXPECT_NEAR(std::hypot(p[0] - 10, p[1] - 10), 10, 10 * 2e-4);
+            EXPECT_NEAR(std::hypot(p[0] - 10, p[1] - 17.5), 12.5, 12.5 * 2e-4);
+            lowest = std::min(lowest, static_cast<double>(p[1]));
         }
+    EXPECT_NEAR(lowest, 5, 12.5 * 2e-4 + 1e-6);
     // A cubic Bezier's ends and its middle, (15, 27.5).
     const vek2d::Entity& spline = *polylines[2];
     EXPECT_NEAR(spline.points.front()[1], 20, 1e-5);
@@ -170,16 +181,22 @@ TEST(Dxf, WrittenByDxflibReadsBackToKnownRecords) {
     EXPECT_EQ(arc.param1, drawing::turn / 4);
     const vek2d::Ellipse& flat = d.ellipses[static_cast<std::size_t>(ellipses[2]->value2)];
     EXPECT_EQ(flat.axis1, veksg::Point3(0, 5, 0));
-    // Inner's (10, 0), turned a quarter and doubled, then moved to (100, 0): (100, 20).
+    EXPECT_EQ(flat.param0, drawing::paramOf(5.5));
+    EXPECT_NEAR(drawing::radiansOf(flat.param1 - flat.param0), 1 + 2 * drawing::pi - 5.5, 1e-6);
+    // Inner's (10, 0) from its base point (5, 0), turned a quarter and doubled, then moved to
+    // (100, 0): (100, 10).
     const vek2d::Entity& nested = *ellipses[3];
     const vek2d::Ellipse& inner = d.ellipses[static_cast<std::size_t>(nested.value2)];
     const auto centre = placed(nested, inner.center[0], inner.center[1]);
     EXPECT_NEAR(centre[0], 100, 1e-4);
-    EXPECT_NEAR(centre[1], 20, 1e-4);
+    EXPECT_NEAR(centre[1], 10, 1e-4);
     const auto radius = Affine::fromMatrix(nested.matrix).applyVector(inner.axis0[0], 0);
     EXPECT_NEAR(std::hypot(radius[0], radius[1]), 10, 1e-4);
-    // Coloured by block through both inserts: the outer one's green.
+    // Coloured by block through both inserts: the outer one's green; on layer 0 in a block:
+    // on the outer insert's layer.
     EXPECT_EQ(d.colors[static_cast<std::size_t>(nested.value1)].color, veksg::Color4(0, 1, 0, 1));
+    const auto& onRed = drawing::layerEntities(d).getValue(1);
+    EXPECT_NE(std::find(onRed.begin(), onRed.end(), nested.id), onRed.end());
 
     const auto hatches = ofKind(d, Kind::Hatch);
     ASSERT_EQ(hatches.size(), 2U);
@@ -198,12 +215,14 @@ TEST(Dxf, WrittenByDxflibReadsBackToKnownRecords) {
               drawing::VAlign::Top);
     // The entity on the layer that is off is there, listed under that layer.
     EXPECT_EQ(drawing::layerEntities(d).getValue(2).size(), 1U);
-}
 
-// One line of a DXF with `entities` and `blocks` in their sections.
-std::string dxfWith(const std::string& entities, const std::string& blocks = "") {
-    return "0\nSECTION\n2\nBLOCKS\n" + blocks + "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" + entities +
-           "0\nENDSEC\n0\nEOF\n";
+    // Seen from below (extrusion -Z), a circle's x is mirrored.
+    std::istringstream mirrored(
+        dxfWith("0\nCIRCLE\n10\n10\n20\n3\n40\n1\n210\n0\n220\n0\n230\n-1\n"));
+    vek2d::SCScene2D seen;
+    readDxf(mirrored, seen);
+    ASSERT_EQ(seen.ellipses.size(), 1U);
+    EXPECT_EQ(seen.ellipses[0].center, veksg::Point3(-10, 3, 0));
 }
 
 std::string blockInserting(const std::string& name, const std::string& inserted) {

@@ -77,6 +77,20 @@ TEST(Projection, ViewsOfABlockWithAHoleHaveTheirKnownEdges) {
     EXPECT_TRUE(polygonal.radii.empty());
 }
 
+// A cylinder's seam joins its face to itself: no edge of a drawing, seen from the side.
+TEST(Projection, SeamsAreNoEdges) {
+    const TopoDS_Shape pin =
+        BRepPrimAPI_MakeCylinder(gp_Ax2(gp::Origin(), gp::DZ()), 5, 20).Shape();
+    const gp_Ax2 right(gp::Origin(), gp_Dir(1, 0, 0), gp_Dir(0, 1, 0));
+    const ProjectedView view = projectShape(pin, right, HiddenLines::Exact, true);
+    for (const ProjectedEdge& edge : view.edges) {
+        double widest = 0;
+        for (const Point2& p : edge.points)
+            widest = std::max(widest, std::fabs(p[0]));
+        EXPECT_GT(widest, 1) << "a line through the middle";
+    }
+}
+
 // The centre of a view's box on the sheet.
 std::array<double, 2> centreOf(const vek2d::SCScene2D& d, const wchar_t* name) {
     for (const vek2d::View& v : d.views)
@@ -96,6 +110,7 @@ TEST(Projection, SheetPlacesViewsByProjectionAngleAtAStandardScale) {
         const double scale = projectSheet(part, d, options);
         // The views of a 40 mm block fit an A3 sheet at 2:1, not at 5:1.
         EXPECT_EQ(scale, 2);
+        EXPECT_EQ(d.scale, 2.0f);
         CheckResult check;
         checkDrawing(d, check);
         EXPECT_TRUE(check.ok()) << check.problems.front();
