@@ -56,34 +56,23 @@ double height(const ProjectedView& v) {
     return v.box[3] - v.box[1];
 }
 
-// The views in a grid: which cell each takes, by projection angle.
-struct Grid {
-    int columns = 2;
-    int rows = 2;
-    int column[viewCount] = {};
-    int row[viewCount] = {};
+// The views in a grid: the column and row of front, top, right and isometric view.
+struct Cell {
+    int column;
+    int row;
 };
+struct Grid {
+    const Cell* cells;
+    int columns;
+    int rows;
+};
+// Third angle: top above front, right to the right of front, the isometric view above it.
+constexpr Cell thirdAngle[viewCount] = {{0, 1}, {0, 0}, {1, 1}, {1, 0}};
+// First angle: top below front, right to the left of front, the isometric view beside them.
+constexpr Cell firstAngle[viewCount] = {{1, 0}, {1, 1}, {0, 0}, {2, 0}};
 
 Grid gridOf(ProjectionAngle angle) {
-    Grid g;
-    if (angle == ProjectionAngle::Third) {
-        // Top above front, right to the right of front, the isometric view above it.
-        g.columns = 2;
-        g.rows = 2;
-        g.column[Front] = 0, g.row[Front] = 1;
-        g.column[Top] = 0, g.row[Top] = 0;
-        g.column[Right] = 1, g.row[Right] = 1;
-        g.column[Iso] = 1, g.row[Iso] = 0;
-    } else {
-        // Top below front, right to the left of front, the isometric view beside them.
-        g.columns = 3;
-        g.rows = 2;
-        g.column[Front] = 1, g.row[Front] = 0;
-        g.column[Top] = 1, g.row[Top] = 1;
-        g.column[Right] = 0, g.row[Right] = 0;
-        g.column[Iso] = 2, g.row[Iso] = 0;
-    }
-    return g;
+    return angle == ProjectionAngle::Third ? Grid{thirdAngle, 2, 2} : Grid{firstAngle, 3, 2};
 }
 
 struct Layout {
@@ -96,8 +85,8 @@ struct Layout {
 Layout layoutAt(const Grid& g, const ProjectedView* views, double scale) {
     Layout l;
     for (int v = 0; v < viewCount; ++v) {
-        double& w = l.columnWidth[g.column[v]];
-        double& h = l.rowHeight[g.row[v]];
+        double& w = l.columnWidth[g.cells[v].column];
+        double& h = l.rowHeight[g.cells[v].row];
         w = std::max(w, width(views[v]) * scale);
         h = std::max(h, height(views[v]) * scale + labelRoom);
     }
@@ -275,8 +264,9 @@ double projectSheet(const TopoDS_Shape& shape, vek2d::SCScene2D& drawing,
     SheetWriter writer(drawing, options);
     for (int v = 0; v < viewCount; ++v) {
         const ProjectedView& view = views[v];
-        const double cx = columnLeft[grid.column[v]] + layout.columnWidth[grid.column[v]] / 2;
-        const double cy = rowTop[grid.row[v]] - (layout.rowHeight[grid.row[v]] - labelRoom) / 2;
+        const Cell& cell = grid.cells[v];
+        const double cx = columnLeft[cell.column] + layout.columnWidth[cell.column] / 2;
+        const double cy = rowTop[cell.row] - (layout.rowHeight[cell.row] - labelRoom) / 2;
         const Affine placement =
             Affine::translation(cx, cy) * Affine::scaling(scale) *
             Affine::translation(-(view.box[0] + view.box[2]) / 2, -(view.box[1] + view.box[3]) / 2);
