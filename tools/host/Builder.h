@@ -99,6 +99,8 @@ public:
     void setAnimation(const AnimationData& animation);
     /// Node boxes of assemblies and the document-wide records; call once, after the last add.
     void complete();
+    /// The 2D component, for readers of drawings (drawing/DrawingBuilder.h fills it).
+    vek2d::SCScene2D& drawing() { return *doc.drawing; }
 
 private:
     struct Bounds {

@@ -9,6 +9,7 @@
 #include <new>
 
 #include "CadReader.h"
+#include "DxfFile.h"
 #include "MeshReader.h"
 #include "Text.h"
 
@@ -75,6 +76,7 @@ LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions&
     }
     result.deflection = reader.deflection();
     result.shapes = reader.cadShapes();
+    result.notHeld = reader.notHeld();
     return result;
 }
 
@@ -109,6 +111,8 @@ LoadResult loadFile(const std::string& path, const LoadOptions& options) {
         reader = makeCadReader(path, CadFormat::Iges, options);
     else if (extension == ".brep")
         reader = makeCadReader(path, CadFormat::Brep, options);
+    else if (extension == ".dxf")
+        reader = makeDxfReader(path);
     else if (isMeshExtension(extension))
         reader = makeMeshReader(path);
     else if (extension.empty())

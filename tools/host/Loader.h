@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
@@ -30,6 +31,8 @@ struct LoadResult {
     /// The B-rep behind the topology records of a CAD load and the document it was read
     /// into (CadShapes.h); null for mesh files.
     std::shared_ptr<const CadShapes> shapes;
+    /// What the file holds that the data model cannot, counted by kind (DXF entities).
+    std::map<std::string, long long> notHeld;
 };
 
 /// Reads, tessellates and fills one file; throws LoadError on bad input.
