@@ -49,10 +49,11 @@ void pictureSize(const char* text, int& width, int& height) {
 
 const char* usage() {
     return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation]\n"
-           "               [--png OUT [--view K] [--size WxH]] [FILE...]\n"
+           "               [--png OUT [--view K] [--size WxH]] [--save OUT.vks [--level L]]\n"
+           "               [FILE...]\n"
            "Loads CAD files (STEP, IGES, BREP) and mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
-           "3DS, DAE and the other formats Assimp reads) into the veksg data model and\n"
-           "summarises each. Without FILE it loads a built-in sample assembly.\n"
+           "3DS, DAE and the other formats Assimp reads) and snapshots (VKS) into the veksg\n"
+           "data model and summarises each. Without FILE it loads a built-in sample assembly.\n"
            "  --json          print the summaries as one JSON document\n"
            "  --check         verify every cross-reference of each loaded document\n"
            "  --deflection X  chordal deflection of CAD tessellation, in model units\n"
@@ -63,6 +64,9 @@ const char* usage() {
            "  --view K        orientation of the picture: 0 isometric (default), 1 front,\n"
            "                  2 top, 3 right, 4 back, 5 bottom, 6 left\n"
            "  --size WxH      size of the picture in pixels (default 256x256)\n"
+           "  --save OUT.vks  also write a snapshot of the loaded document (one FILE at most),\n"
+           "                  which vekload reopens far faster than it imports the source\n"
+           "  --level L       zstd level of the snapshot, 0 (none) to 19 (default 1)\n"
            "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
            "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }
@@ -71,6 +75,7 @@ Options parseOptions(int argc, const char* const* argv) {
     Options options;
     bool filesOnly = false;
     bool pictureOption = false;
+    bool levelOption = false;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
         if (filesOnly || arg[0] != '-' || std::strcmp(arg, "-") == 0) {
@@ -93,6 +98,16 @@ Options parseOptions(int argc, const char* const* argv) {
             const char* path = i + 1 < argc ? argv[++i] : nullptr;
             if (!path || *path == '\0') throw std::invalid_argument("--png needs a file name");
             options.png = path;
+        } else if (std::strcmp(arg, "--save") == 0) {
+            const char* path = i + 1 < argc ? argv[++i] : nullptr;
+            if (!path || *path == '\0') throw std::invalid_argument("--save needs a file name");
+            options.save = path;
+        } else if (std::strcmp(arg, "--level") == 0) {
+            const char* rest = nullptr;
+            if (!wholeNumber(i + 1 < argc ? argv[++i] : nullptr, 0, 19, options.saveLevel, &rest) ||
+                *rest != '\0')
+                throw std::invalid_argument("--level needs a number from 0 to 19");
+            levelOption = true;
         } else if (std::strcmp(arg, "--view") == 0) {
             options.view = viewKey(i + 1 < argc ? argv[++i] : nullptr);
             pictureOption = true;
@@ -107,6 +122,10 @@ Options parseOptions(int argc, const char* const* argv) {
         throw std::invalid_argument("--view and --size only go with --png");
     if (!options.png.empty() && !pngSupported())
         throw std::invalid_argument("--png: this vekload was built without libpng");
+    if (options.save.empty() && levelOption)
+        throw std::invalid_argument("--level only goes with --save");
+    if (options.files.size() > 1 && !options.save.empty())
+        throw std::invalid_argument("--save writes one document: give at most one FILE");
     if (options.files.size() > 1 && !options.png.empty())
         throw std::invalid_argument("--png draws one model: give at most one FILE");
     return options;

@@ -21,6 +21,10 @@ struct Options {
     int view = 0;
     int width = 256;
     int height = 256;
+    /// Where to write a snapshot of the loaded document; empty for none.
+    std::string save;
+    /// zstd's level for the snapshot, 0 for none.
+    int saveLevel = 1;
     std::vector<std::string> files;
 };
 

@@ -17,6 +17,7 @@
 #include "ProgressBar.h"
 #include "Render.h"
 #include "Report.h"
+#include "Save.h"
 #include "TextReport.h"
 
 namespace {
@@ -42,9 +43,18 @@ vekload::FileReport loadAndDescribe(const std::string& label,
     try {
         const vekhost::LoadResult result = load();
         if (!options.png.empty()) drawPicture(*result.document, options);
-        if (!options.check) return vekload::describe(label, result, nullptr);
-        const vekhost::CheckResult consistency = vekhost::checkDocument(*result.document);
-        return vekload::describe(label, result, &consistency);
+        vekload::ReportSection saved;
+        if (!options.save.empty())
+            saved = vekload::saveDocument(*result.document, options.save, options.saveLevel);
+        vekload::FileReport report;
+        if (!options.check) {
+            report = vekload::describe(label, result, nullptr);
+        } else {
+            const vekhost::CheckResult consistency = vekhost::checkDocument(*result.document);
+            report = vekload::describe(label, result, &consistency);
+        }
+        if (!options.save.empty()) report.sections.push_back(std::move(saved));
+        return report;
     } catch (const std::exception& error) {
         vekload::FileReport report;
         report.file = label;
