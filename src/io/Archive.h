@@ -319,10 +319,10 @@ private:
         // What an object refers to comes before it.
         if constexpr (Pool::kind == Pmis) {
             const auto& base = static_cast<const veksg::PMI&>(*p);
-            if (withPmi(base, [this](const auto& c) { fieldsOf(c); }) < 0) return;
+            if (withPmi(base, [&](const auto& c) { this->fieldsOf(c); }) < 0) return;
         } else if constexpr (Pool::kind == States) {
             const auto& base = static_cast<const veksg::IState&>(*p);
-            if (withState(base, [this](const auto& c) { fieldsOf(c); }) < 0) return;
+            if (withState(base, [&](const auto& c) { this->fieldsOf(c); }) < 0) return;
         } else if constexpr (HasRecord<X>::value) {
             fieldsOf(*p);
         } else if constexpr (std::is_same_v<X, veksg::StringValue>) {
