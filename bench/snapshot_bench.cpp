@@ -9,6 +9,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -20,12 +21,13 @@
 
 namespace {
 
-constexpr int trianglesPerPart = 2000;
+// A part's mesh: a curved grid of 32 x 32 squares, two triangles each, three vertices per
+// triangle as the data model keeps them (so each grid point recurs, as in a real mesh).
+constexpr int gridSquares = 32;
 constexpr int facesPerPart = 20;
 constexpr int edgesPerPart = 50;
 
-// Per part a mesh of smooth, varied coordinates (compressing as little as real ones do), one
-// node, faces, edges, vertices, their relations and per-key tables.
+// Per part a mesh, one node, faces, edges, their relations and per-key tables.
 std::vector<std::shared_ptr<veksg::Schema>> cadDocument(int parts) {
     auto scene = std::make_shared<veksg::SCScene>();
     auto topo = std::make_shared<veksg::SCSceneTopo>();
@@ -37,12 +39,18 @@ std::vector<std::shared_ptr<veksg::Schema>> cadDocument(int parts) {
     };
     for (int part = 0; part < parts; ++part) {
         auto mesh = std::make_shared<veksg::Mesh>();
-        mesh->vn.resize(3 * trianglesPerPart);
-        for (std::size_t v = 0; v < mesh->vn.size(); ++v) {
-            const float angle = 0.001f * static_cast<float>(v) + noise();
-            mesh->vn[v] = {{std::cos(angle) * 40.0f, std::sin(angle) * 40.0f, noise() * 10.0f},
-                           {std::cos(angle), std::sin(angle), 0.0f}};
-        }
+        const float radius = 10.0f + static_cast<float>(part % 17);
+        auto point = [radius](int i, int j) {
+            const float a = 0.05f * static_cast<float>(i);
+            const float z = 0.7f * static_cast<float>(j);
+            return veksg::VN{{radius * std::cos(a), radius * std::sin(a), z},
+                             {std::cos(a), std::sin(a), 0.0f}};
+        };
+        for (int i = 0; i < gridSquares; ++i)
+            for (int j = 0; j < gridSquares; ++j)
+                for (const auto& [di, dj] :
+                     {std::pair{0, 0}, {1, 0}, {1, 1}, {0, 0}, {1, 1}, {0, 1}})
+                    mesh->vn.push_back(point(i + di, j + dj));
         scene->meshes.insert(mesh);
         scene->links6a.insert(part);
         veksg::Transform placed;

@@ -344,6 +344,39 @@ private:
 
 // ---- reading
 
+/// Reads elements out of unaligned bytes, so that a vector is filled in one pass instead of
+/// being cleared first and copied over.
+template <typename T>
+class BulkIterator {
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = T;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const T*;
+    using reference = T;
+
+    explicit BulkIterator(const char* at) : at(at) {}
+    T operator*() const {
+        T value;
+        std::memcpy(static_cast<void*>(&value), at, sizeof(T));
+        return value;
+    }
+    BulkIterator& operator++() {
+        at += sizeof(T);
+        return *this;
+    }
+    BulkIterator operator++(int) {
+        BulkIterator before = *this;
+        at += sizeof(T);
+        return before;
+    }
+    bool operator==(const BulkIterator& other) const { return at == other.at; }
+    bool operator!=(const BulkIterator& other) const { return at != other.at; }
+
+private:
+    const char* at;
+};
+
 /// Where a payload sits in the file, for messages.
 struct Place {
     std::string where;
@@ -533,6 +566,11 @@ private:
                     v.insert(key);
                 last = key;
             }
+        } else if constexpr (std::is_same_v<T, std::vector<typename SequenceTraits<T>::Value>> &&
+                             isBulk<typename SequenceTraits<T>::Value>) {
+            using Value = typename SequenceTraits<T>::Value;
+            const char* from = take(n * sizeof(Value));
+            v.assign(BulkIterator<Value>(from), BulkIterator<Value>(from + n * sizeof(Value)));
         } else {
             using Value = typename SequenceTraits<T>::Value;
             v.clear();

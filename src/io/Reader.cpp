@@ -284,7 +284,7 @@ private:
         if (chunk.count != chunks - 1)
             fail(chunk, "the end counts " + std::to_string(chunk.count) + " chunks, the file has " +
                             std::to_string(chunks - 1));
-        if (at != size) fail("end", at, std::to_string(size - at) + " bytes after the end");
+        if (at != size) fail("end", at, "bytes after the end chunk: " + std::to_string(size - at));
         report.chunks = chunks;
     }
 

@@ -201,6 +201,8 @@ TEST(SnapshotDefences, EachCauseIsNamedWithItsPlace) {
     damaged = bytes;
     damaged[8] = 2;
     EXPECT_EQ(failure(damaged), "snapshot: header at byte 8: unknown format version 2");
+    EXPECT_EQ(failure(bytes + "x"), "snapshot: end at byte " + std::to_string(bytes.size()) +
+                                        ": bytes after the end chunk: 1");
     damaged = bytes;
     damaged[meshes.end - 1] ^= 1;
     EXPECT_EQ(failure(damaged), "snapshot: SCScene.meshes" + at(meshes) + "checksum mismatch");
