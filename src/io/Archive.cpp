@@ -16,13 +16,15 @@ void put(char*& to, std::uint32_t unit) {
 
 void encodeUtf16(const wchar_t* chars, std::size_t n, Buffer& out, std::uint64_t& replaced) {
     // At most two units per character.
-    char* const start = out.grow(2 * 2 * n);
+    char* const start = out.grow(std::size_t{4} * n);
     char* to = start;
     for (std::size_t i = 0; i < n; ++i) {
+        // The character's number, whether wchar_t is signed or not.
+        const auto c = static_cast<std::uint32_t>(chars[i]) &
+                       (sizeof(wchar_t) == 2 ? 0xFFFFu : 0xFFFFFFFFu);
         if constexpr (sizeof(wchar_t) == 2) {
-            put(to, static_cast<std::uint16_t>(chars[i]));
+            put(to, c);
         } else {
-            const auto c = static_cast<std::uint32_t>(chars[i]);
             if (c < 0xD800 || (c > 0xDFFF && c < 0x10000)) {
                 put(to, c);
             } else if (c >= 0x10000 && c <= 0x10FFFF) {
@@ -127,9 +129,8 @@ void In::text(std::wstring& out) {
     for (std::size_t i = 0; i < units; ++i) {
         std::uint16_t unit = 0;
         std::memcpy(&unit, from + 2 * i, 2);
-        if constexpr (sizeof(wchar_t) == 2) {
-            out[n++] = static_cast<wchar_t>(unit);
-        } else if (unit < 0xD800 || unit > 0xDFFF) {
+        // Where wchar_t is 16 bits wide, units are characters as they are.
+        if (sizeof(wchar_t) == 2 || unit < 0xD800 || unit > 0xDFFF) {
             out[n++] = static_cast<wchar_t>(unit);
         } else {
             std::uint16_t low = 0;

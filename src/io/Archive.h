@@ -130,14 +130,12 @@ public:
 
 template <typename T>
 std::size_t minBytes() {
-    if constexpr (std::is_same_v<T, bool>)
+    if constexpr (std::is_same_v<T, bool> || IsHostOwned<T>::value)
         return 1;
     else if constexpr (isBulk<T>)
         return sizeof(T);
     else if constexpr (std::is_arithmetic_v<T>)
         return 8;
-    else if constexpr (IsHostOwned<T>::value)
-        return 1;
     else if constexpr (std::is_same_v<T, std::wstring> || IsSharedPtr<T>::value || isSequence<T> ||
                        IsMap<T>::value || std::is_same_v<T, std::vector<bool>>)
         return 4;
@@ -357,7 +355,7 @@ public:
 
     explicit BulkIterator(const char* at) : at(at) {}
     T operator*() const {
-        T value;
+        T value{};
         std::memcpy(static_cast<void*>(&value), at, sizeof(T));
         return value;
     }

@@ -39,15 +39,13 @@ inline const char* poolName(int kind) {
         "polylines",       "textures",           "triads",       "pmis",
         "vertexInfos",     "indexInfos",         "stringValues", "states",
         "stateContainers", "stateTypeContainers"};
-    return names[kind];
+    return kind >= 0 && kind < poolKinds ? names[kind] : "?";
 }
 
 /// The pool of a pointee type, and the type the pool holds (the base class for annotations and
 /// states, which share one pool each).
 template <typename X, typename = void>
-struct PoolOf {
-    static constexpr int kind = -1;
-};
+struct PoolOf;
 #define VEKSG_IO_POOL(Type, Kind, StoredType)                                                      \
     template <>                                                                                    \
     struct PoolOf<Type> {                                                                          \

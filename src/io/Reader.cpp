@@ -209,7 +209,7 @@ private:
     // The next chunk must be `expected` of `component`.
     Chunk tableChunk(const std::string& component, const std::string& expected,
                      const std::vector<std::string>& known) {
-        const Chunk chunk = next();
+        Chunk chunk = next();
         if (chunk.kind == TableChunk && chunk.component == component && chunk.table == expected)
             return chunk;
         bool isKnown = false;
