@@ -20,8 +20,8 @@ void encodeUtf16(const wchar_t* chars, std::size_t n, Buffer& out, std::uint64_t
     char* to = start;
     for (std::size_t i = 0; i < n; ++i) {
         // The character's number, whether wchar_t is signed or not.
-        const auto c = static_cast<std::uint32_t>(chars[i]) &
-                       (sizeof(wchar_t) == 2 ? 0xFFFFu : 0xFFFFFFFFu);
+        const auto c =
+            static_cast<std::uint32_t>(chars[i]) & (sizeof(wchar_t) == 2 ? 0xFFFFu : 0xFFFFFFFFu);
         if constexpr (sizeof(wchar_t) == 2) {
             put(to, c);
         } else {

@@ -70,9 +70,11 @@ std::shared_ptr<veksg::Schema> makeComponent(const std::string& name, short code
         return own(std::make_shared<veksg::SCThicknessAnalysis>(), Schema::THICKNESS_ANALYSIS);
     if (name == "SCDraftAngleAnalysis")
         return own(std::make_shared<veksg::SCDraftAngleAnalysis>(), Schema::DRAFT_ANGLE_ANALYSIS);
-    // A drawing may carry any type code.
+    // A drawing may carry any type code its enumeration can hold: 0 to 63.
     if (name == "SCScene2D")
-        return std::make_shared<vek2d::SCScene2D>(static_cast<Schema::TYPE>(code));
+        return code >= 0 && code < 64
+                   ? std::make_shared<vek2d::SCScene2D>(static_cast<Schema::TYPE>(code))
+                   : nullptr;
     std::shared_ptr<Schema> made = factory.create(code);
     if (made && veksg::componentName(*made) == name) return made;
     return nullptr;

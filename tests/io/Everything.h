@@ -71,8 +71,7 @@ inline std::vector<std::shared_ptr<Schema>> everything() {
     scene->transforms.insert(moved);
     scene->points.insert(q);
     scene->textures.insert(texture), scene->textures.insert(texture);
-    scene->links6a.insert(0), scene->links7.insert(-1), scene->links8.insert(2);
-    scene->links6b.insert(5);
+    scene->links6a.insert(0), scene->links7.insert(-1), scene->links6b.insert(5);
     Font font;
     font.size = 12, font.style = 1, font.attributes = 3;
     font.setName(L"Sans"), font.setPath(L"/fonts/sans.ttf");
@@ -113,19 +112,15 @@ inline std::vector<std::shared_ptr<Schema>> everything() {
     auto indexInfo = std::make_shared<IndexInfo>();
     indexInfo->count = 3, indexInfo->data = indices;
     resources->indexInfos.insert(indexInfo);
-    resources->orientedBoxes.insert({p, q, p, q, true});
-    resources->transformsB.insert(moved);
-    resources->textures.insert(texture);
+    resources->orientedBoxes.insert({p, q, p, q, true}), resources->textures.insert(texture);
     resources->primitivesA.insert({0, 0, 3, 4, p});
     resources->primALinks1.insert(0), resources->indexLists1.insert({0, 1, 2});
-    resources->fonts.insert(font), resources->fontLists.insert({0});
-    resources->texts.insert(text);
+    resources->fontLists.insert({0}), resources->texts.insert(text);
 
     auto runtime = made<SCSceneRT>(*factory, Schema::SCENE_RT);
     runtime->meshes.instances.insert({moved.matrix, 3});
     runtime->meshes.lists.insert({1, 2}), runtime->meshes.flags.insert(1);
     runtime->meshes.dirty = true;
-    runtime->texts.refs6.insert(4);
     runtime->visibility.sets[0] = {true, false, true, true, false, false, true, true, false};
     runtime->visibility.functors[2].push_front(std::make_shared<HostFunctor>());
     runtime->selection.selection[3] = {4, 1};
@@ -218,9 +213,9 @@ inline std::vector<std::shared_ptr<Schema>> everything() {
     draft->pointGroups = {{p}}, draft->objects = {host, host}, draft->minAngle = -45.0f;
     draft->matrices = {moved.matrix};
 
-    auto drawing = std::make_shared<vek2d::SCScene2D>(static_cast<Schema::TYPE>(99));
+    auto drawing = std::make_shared<vek2d::SCScene2D>(static_cast<Schema::TYPE>(40));
     drawing->sheets.resize(1), drawing->sheets[0].name = L"A3";
-    drawing->views.resize(2), drawing->values = {4};
+    drawing->views.resize(2);
     vek2d::Entity entity;
     entity.points = {p}, entity.scale = 0.5, entity.style = 2, entity.matrix = moved.matrix;
     drawing->entities = {entity}, drawing->entities2 = {entity, entity};
@@ -232,7 +227,7 @@ inline std::vector<std::shared_ptr<Schema>> everything() {
     drawing->indices = {{indices, 3}, {indices, 2}};
     drawing->texts.insert(text), drawing->fonts.insert(font);
     drawing->ellipses = {{p, q, p, 1, 2}}, drawing->lists5.insert({6});
-    drawing->map10.insert(3), drawing->current = 2, drawing->scale = 2.0f;
+    drawing->map10.insert(3), drawing->scale = 2.0f;
 
     return {scene, topo,       resources, runtime, pmi,      views,     states,
             temp,  attributes, info,      layer,   extFiles, animation, features,

@@ -20,117 +20,55 @@
 namespace veksg::test {
 
 // The fields of each record, in a list separate from the snapshot writer's.
-inline auto fieldsOf(const BBox& v) {
-    return std::tie(v.min, v.max, v.valid);
-}
-inline auto fieldsOf(const OBBox& v) {
-    return std::tie(v.center, v.axisX, v.axisY, v.axisZ, v.valid);
-}
-inline auto fieldsOf(const Transform& v) {
-    return std::tie(v.matrix, v.valid);
-}
-inline auto fieldsOf(const MMaterial& v) {
-    return std::tie(v.ambient, v.diffuse, v.specular, v.emission, v.shininess, v.valid);
-}
-inline auto fieldsOf(const PLMaterial& v) {
-    return std::tie(v.color, v.width, v.valid);
-}
-inline auto fieldsOf(const Texture& v) {
-    return std::tie(v.path);
-}
+#define VEKSG_FIELDS(Type, ...)                                                                    \
+    inline auto fieldsOf(const Type& v) {                                                          \
+        return std::tie(__VA_ARGS__);                                                              \
+    }
+VEKSG_FIELDS(BBox, v.min, v.max, v.valid)
+VEKSG_FIELDS(OBBox, v.center, v.axisX, v.axisY, v.axisZ, v.valid)
+VEKSG_FIELDS(Transform, v.matrix, v.valid)
+VEKSG_FIELDS(MMaterial, v.ambient, v.diffuse, v.specular, v.emission, v.shininess, v.valid)
+VEKSG_FIELDS(PLMaterial, v.color, v.width, v.valid)
+VEKSG_FIELDS(Texture, v.path)
 inline auto fieldsOf(const Font& v) {
     return std::make_tuple(v.size, v.style, v.attributes, std::wstring(v.name()),
                            std::wstring(v.path()));
 }
-inline auto fieldsOf(const Text& v) {
-    return std::tie(v.matrix, v.position, v.font, v.color, v.attributes, v.text);
-}
+VEKSG_FIELDS(Text, v.matrix, v.position, v.font, v.color, v.attributes, v.text)
 inline auto fieldsOf(const Node& v) {
     return std::make_tuple(v.id, v.flag, v.ref, std::wstring(v.name()));
 }
-inline auto fieldsOf(const Face& v) {
-    return std::tie(v.id, v.flag, v.pointA, v.pointB);
-}
-inline auto fieldsOf(const Edge& v) {
-    return std::tie(v.id, v.ref, v.pointA, v.pointB, v.kind);
-}
-inline auto fieldsOf(const Vertex& v) {
-    return std::tie(v.id, v.position);
-}
-inline auto fieldsOf(const Surface& v) {
-    return std::tie(v.id);
-}
-inline auto fieldsOf(const Curve& v) {
-    return std::tie(v.id);
-}
-inline auto fieldsOf(const PrimitiveInfo& v) {
-    return std::tie(v.id, v.first, v.count, v.mode, v.color);
-}
-inline auto fieldsOf(const Mesh& v) {
-    return std::tie(v.vn, v.vnc, v.vnt);
-}
-inline auto fieldsOf(const VN& v) {
-    return std::tie(v.vertex, v.normal);
-}
-inline auto fieldsOf(const VNC& v) {
-    return std::tie(v.vertex, v.normal, v.color);
-}
-inline auto fieldsOf(const VNT& v) {
-    return std::tie(v.vertex, v.normal, v.texture);
-}
-inline auto fieldsOf(const Polyline& v) {
-    return std::tie(v.points, v.values);
-}
-inline auto fieldsOf(const Layer& v) {
-    return std::tie(v.name);
-}
-inline auto fieldsOf(const ExtFile& v) {
-    return std::tie(v.path, v.id);
-}
-inline auto fieldsOf(const Hole& v) {
-    return std::tie(v.origin, v.axis, v.size);
-}
-inline auto fieldsOf(const HoleGroupEntry& v) {
-    return std::tie(v.hole, v.face, v.diameter, v.depth);
-}
-inline auto fieldsOf(const HoleRecord& v) {
-    return std::tie(v.origin, v.axis, v.kind, v.face, v.diameter, v.depth, v.name);
-}
-inline auto fieldsOf(const DraftRange& v) {
-    return std::tie(v.from, v.to, v.first, v.count);
-}
+VEKSG_FIELDS(Face, v.id, v.flag, v.pointA, v.pointB)
+VEKSG_FIELDS(Edge, v.id, v.ref, v.pointA, v.pointB, v.kind)
+VEKSG_FIELDS(Vertex, v.id, v.position)
+VEKSG_FIELDS(Surface, v.id)
+VEKSG_FIELDS(Curve, v.id)
+VEKSG_FIELDS(PrimitiveInfo, v.id, v.first, v.count, v.mode, v.color)
+VEKSG_FIELDS(Mesh, v.vn, v.vnc, v.vnt)
+VEKSG_FIELDS(VN, v.vertex, v.normal)
+VEKSG_FIELDS(VNC, v.vertex, v.normal, v.color)
+VEKSG_FIELDS(VNT, v.vertex, v.normal, v.texture)
+VEKSG_FIELDS(Polyline, v.points, v.values)
+VEKSG_FIELDS(Layer, v.name)
+VEKSG_FIELDS(ExtFile, v.path, v.id)
+VEKSG_FIELDS(Hole, v.origin, v.axis, v.size)
+VEKSG_FIELDS(HoleGroupEntry, v.hole, v.face, v.diameter, v.depth)
+VEKSG_FIELDS(HoleRecord, v.origin, v.axis, v.kind, v.face, v.diameter, v.depth, v.name)
+VEKSG_FIELDS(DraftRange, v.from, v.to, v.first, v.count)
 template <typename A, typename B>
 auto fieldsOf(const PairT<A, B>& v) {
     return std::tie(v.first, v.second);
 }
-inline auto fieldsOf(const TriadInfo& v) {
-    return std::tie(v.kind, v.origin, v.options, v.pointLists, v.matrixLists, v.points);
-}
-inline auto fieldsOf(const StateContainer& v) {
-    return std::tie(v.states);
-}
-inline auto fieldsOf(const StateTypeContainer& v) {
-    return std::tie(v.containers);
-}
-inline auto fieldsOf(const vek2d::Ellipse& v) {
-    return std::tie(v.center, v.axis0, v.axis1, v.param0, v.param1);
-}
-inline auto fieldsOf(const vek2d::EntityColor& v) {
-    return std::tie(v.color);
-}
-inline auto fieldsOf(const vek2d::Entity& v) {
-    return std::tie(v.points, v.id, v.scale, v.value0, v.value1, v.flag, v.value2, v.style,
-                    v.points2, v.matrix);
-}
-inline auto fieldsOf(const vek2d::HatchPattern& v) {
-    return std::tie(v.loops);
-}
-inline auto fieldsOf(const vek2d::View& v) {
-    return std::tie(v.name, v.point0, v.point1, v.flag);
-}
-inline auto fieldsOf(const vek2d::Sheet& v) {
-    return std::tie(v.flag0, v.name, v.tolerance, v.point0, v.point1, v.flag1, v.color);
-}
+VEKSG_FIELDS(TriadInfo, v.kind, v.origin, v.options, v.pointLists, v.matrixLists, v.points)
+VEKSG_FIELDS(StateContainer, v.states)
+VEKSG_FIELDS(StateTypeContainer, v.containers)
+VEKSG_FIELDS(vek2d::Ellipse, v.center, v.axis0, v.axis1, v.param0, v.param1)
+VEKSG_FIELDS(vek2d::EntityColor, v.color)
+VEKSG_FIELDS(vek2d::Entity, v.points, v.id, v.scale, v.value0, v.value1, v.flag, v.value2, v.style,
+             v.points2, v.matrix)
+VEKSG_FIELDS(vek2d::HatchPattern, v.loops)
+VEKSG_FIELDS(vek2d::View, v.name, v.point0, v.point1, v.flag)
+VEKSG_FIELDS(vek2d::Sheet, v.flag0, v.name, v.tolerance, v.point0, v.point1, v.flag1, v.color)
 
 inline auto pmiBase(const PMI& v) {
     return std::make_tuple(v.id, std::wstring(v.name()), v.pmiType);
@@ -162,24 +100,14 @@ inline auto fieldsOf(const View& v) {
                                    v.list3, v.list4, v.floatList, v.list5, v.transforms, v.points,
                                    v.list6, v.colorList, v.viewEnd));
 }
-inline auto fieldsOf(const CameraState& v) {
-    return std::tie(v.cmdId, v.seqId, v.position, v.target, v.up);
-}
-inline auto fieldsOf(const AppearanceState& v) {
-    return std::tie(v.cmdId, v.seqId, v.ids, v.colors, v.transparencies);
-}
-inline auto fieldsOf(const TransformState& v) {
-    return std::tie(v.cmdId, v.seqId, v.ids, v.transforms, v.mode, v.triad);
-}
-inline auto fieldsOf(const VisibilityState& v) {
-    return std::tie(v.cmdId, v.seqId, v.values, v.ids);
-}
-inline auto fieldsOf(const SectionState& v) {
-    return std::tie(v.cmdId, v.seqId, v.sections, v.mode, v.ids, v.triad, v.flags);
-}
-inline auto fieldsOf(const ClipNodeState& v) {
-    return std::tie(v.cmdId, v.seqId, v.flags, v.flag);
-}
+VEKSG_FIELDS(CameraState, v.cmdId, v.seqId, v.position, v.target, v.up)
+VEKSG_FIELDS(AppearanceState, v.cmdId, v.seqId, v.ids, v.colors, v.transparencies)
+VEKSG_FIELDS(TransformState, v.cmdId, v.seqId, v.ids, v.transforms, v.mode, v.triad)
+VEKSG_FIELDS(VisibilityState, v.cmdId, v.seqId, v.values, v.ids)
+VEKSG_FIELDS(SectionState, v.cmdId, v.seqId, v.sections, v.mode, v.ids, v.triad, v.flags)
+VEKSG_FIELDS(ClipNodeState, v.cmdId, v.seqId, v.flags, v.flag)
+
+#undef VEKSG_FIELDS
 
 class SameTables {
 public:

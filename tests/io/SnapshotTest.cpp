@@ -51,9 +51,7 @@ std::string failure(const std::string& bytes, const ReadOptions& options = ReadO
 }
 
 struct ChunkAt {
-    std::size_t offset = 0;
-    std::size_t header = 0;
-    std::size_t end = 0;
+    std::size_t offset = 0, header = 0, end = 0;
     std::string name;
 };
 
@@ -77,7 +75,7 @@ std::vector<ChunkAt> chunksOf(const std::string& bytes) {
     return chunks;
 }
 
-const ChunkAt& chunkNamed(const std::vector<ChunkAt>& chunks, const std::string& name) {
+ChunkAt chunkNamed(const std::vector<ChunkAt>& chunks, const std::string& name) {
     for (const ChunkAt& chunk : chunks)
         if (chunk.name == name) return chunk;
     throw std::logic_error("no chunk " + name);
