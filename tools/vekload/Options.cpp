@@ -66,10 +66,11 @@ const char* usage() {
     return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation]\n"
            "               [--png OUT [--view K] [--size WxH] [--time MS]]\n"
            "               [--drawing OUT [--projection first|third] [--hidden exact|polygonal]]\n"
-           "               [FILE...]\n"
+           "               [--save OUT.vks [--level L]] [FILE...]\n"
            "Loads CAD files (STEP, IGES, BREP), mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
-           "3DS, DAE and the other formats Assimp reads) and DXF drawings into the veksg data\n"
-           "model and summarises each. Without FILE it loads a built-in sample assembly.\n"
+           "3DS, DAE and the other formats Assimp reads), DXF drawings and snapshots (VKS)\n"
+           "into the veksg data model and summarises each. Without FILE it loads a built-in\n"
+           "sample assembly.\n"
            "  --json          print the summaries as one JSON document\n"
            "  --check         verify every cross-reference of each loaded document\n"
            "  --deflection X  chordal deflection of CAD tessellation, in model units\n"
@@ -87,6 +88,9 @@ const char* usage() {
            "                  isometric views of a CAD model with hidden lines\n"
            "  --projection A  where the views go: first (default) or third angle\n"
            "  --hidden M      hidden-line removal: exact (default, keeps circles) or polygonal\n"
+           "  --save OUT.vks  also write a snapshot of the loaded document (one FILE at most),\n"
+           "                  which vekload reopens far faster than it imports the source\n"
+           "  --level L       zstd level of the snapshot, 0 (none) to 19 (default 1)\n"
            "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
            "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }
@@ -96,6 +100,7 @@ Options parseOptions(int argc, const char* const* argv) {
     bool filesOnly = false;
     bool pictureOption = false;
     bool drawingOption = false;
+    bool levelOption = false;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
         if (filesOnly || arg[0] != '-' || std::strcmp(arg, "-") == 0) {
@@ -118,6 +123,16 @@ Options parseOptions(int argc, const char* const* argv) {
             const char* path = i + 1 < argc ? argv[++i] : nullptr;
             if (!path || *path == '\0') throw std::invalid_argument("--png needs a file name");
             options.png = path;
+        } else if (std::strcmp(arg, "--save") == 0) {
+            const char* path = i + 1 < argc ? argv[++i] : nullptr;
+            if (!path || *path == '\0') throw std::invalid_argument("--save needs a file name");
+            options.save = path;
+        } else if (std::strcmp(arg, "--level") == 0) {
+            const char* rest = nullptr;
+            if (!wholeNumber(i + 1 < argc ? argv[++i] : nullptr, 0, 19, options.saveLevel, &rest) ||
+                *rest != '\0')
+                throw std::invalid_argument("--level needs a number from 0 to 19");
+            levelOption = true;
         } else if (std::strcmp(arg, "--view") == 0) {
             options.view = viewKey(i + 1 < argc ? argv[++i] : nullptr);
             pictureOption = true;
@@ -155,6 +170,10 @@ Options parseOptions(int argc, const char* const* argv) {
         throw std::invalid_argument("--drawing draws one file: give at most one FILE");
     if (!options.png.empty() && !pngSupported())
         throw std::invalid_argument("--png: this vekload was built without libpng");
+    if (options.save.empty() && levelOption)
+        throw std::invalid_argument("--level only goes with --save");
+    if (options.files.size() > 1 && !options.save.empty())
+        throw std::invalid_argument("--save writes one document: give at most one FILE");
     if (options.files.size() > 1 && !options.png.empty())
         throw std::invalid_argument("--png draws one model: give at most one FILE");
     return options;

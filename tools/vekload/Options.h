@@ -32,6 +32,10 @@ struct Options {
     bool polygonalHidden = false;
     /// `--size` was given (a drawing's PNG is otherwise sized by its page).
     bool sized = false;
+    /// Where to write a snapshot of the loaded document; empty for none.
+    std::string save;
+    /// zstd's level for the snapshot, 0 for none.
+    int saveLevel = 1;
     std::vector<std::string> files;
 };
 

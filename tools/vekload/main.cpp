@@ -18,6 +18,7 @@
 #include "ProgressBar.h"
 #include "Render.h"
 #include "Report.h"
+#include "Save.h"
 #include "TextReport.h"
 
 namespace {
@@ -47,6 +48,9 @@ vekload::FileReport loadAndDescribe(const std::string& label,
         if (!options.png.empty()) drawPicture(*result.document, options);
         vekload::DrawingWork drawing;
         if (!options.drawing.empty()) drawing = vekload::makeDrawing(result, label, options);
+        vekload::ReportSection saved;
+        if (!options.save.empty())
+            saved = vekload::saveDocument(*result.document, options.save, options.saveLevel);
         vekhost::CheckResult consistency;
         if (options.check) consistency = vekhost::checkDocument(*result.document);
         vekload::FileReport report =
@@ -54,6 +58,7 @@ vekload::FileReport loadAndDescribe(const std::string& label,
         vekload::ReportSection section =
             vekload::drawingSection(result, options.drawing.empty() ? nullptr : &drawing);
         if (!section.key.empty()) report.sections.push_back(std::move(section));
+        if (!options.save.empty()) report.sections.push_back(std::move(saved));
         return report;
     } catch (const std::exception& error) {
         vekload::FileReport report;

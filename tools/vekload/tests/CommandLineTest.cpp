@@ -72,6 +72,26 @@ TEST(CommandLine, ReportsGoodFilesAndOneLinePerBadOne) {
     EXPECT_FALSE(contains(result.out, "missing.step"));
 }
 
+TEST(CommandLine, SavesASnapshotAndReopensItByItsOwnPhases) {
+    const std::string saved = scratchDirectory() + "/sample.vks";
+    const Outcome save = run({"--json", "--save", saved});
+    EXPECT_EQ(save.status, 0);
+    EXPECT_TRUE(contains(save.out, "\"saved\": {\"file\": \"" + saved)) << save.out;
+    const Outcome reopen = run({"--check", saved});
+    EXPECT_EQ(reopen.status, 0);
+    EXPECT_TRUE(contains(reopen.out, saved + ": snapshot\n  time     read ")) << reopen.out;
+    EXPECT_TRUE(contains(reopen.out, "decompress")) << reopen.out;
+    EXPECT_TRUE(contains(reopen.out, "all consistent")) << reopen.out;
+    const std::string cut = scratchDirectory() + "/cut.vks";
+    copyDamaged(saved, cut, 1000);
+    const Outcome broken = run({cut});
+    EXPECT_EQ(broken.status, 1);
+    ASSERT_EQ(broken.errLines.size(), 1u);
+    EXPECT_EQ(broken.errLines[0].rfind("vekload: " + cut + ": snapshot: ", 0), 0u)
+        << broken.errLines[0];
+    EXPECT_EQ(run({"--level", "3"}).status, 2);
+}
+
 TEST(CommandLine, WritesOneJsonDocumentWithEveryFile) {
     const std::string missing = scratchDirectory() + "/missing.igs";
     const Outcome result = run({"--json", "--check", missing});
