@@ -157,7 +157,8 @@ std::vector<Command> readScript(const std::string& path) {
 // Carries the commands out on a hidden window.
 class Runner {
 public:
-    Runner(const Options& options, std::ostream& out) : options(options), out(out) {}
+    Runner(const Options& options, std::ostream& out, std::ostream& err)
+        : options(options), out(out), err(err) {}
 
     void run(const Command& c) {
         const std::string& n = c.name;
@@ -214,14 +215,16 @@ private:
     }
 
     void open(const std::string& path) {
-        ensureWindow();
         vekhost::LoadResult loaded;
         try {
             loaded = loadModel(path, options.deflection);
         } catch (const std::exception& error) {
             throw FileFailure(labelOf(path), error.what());
         }
+        ensureWindow();
         session.show(std::move(loaded), labelOf(path));
+        for (const std::string& warning : session.gpu().warnings)
+            err << "vekview: " << warning << '\n';
     }
 
     // The model the commands act on: the first FILE, or the sample, until `open`.
@@ -336,6 +339,7 @@ private:
 
     const Options& options;
     std::ostream& out;
+    std::ostream& err;
     std::unique_ptr<Window> window;
     Session session;
     std::unique_ptr<Interface> ui;
@@ -356,7 +360,7 @@ int runScript(const Options& options, std::ostream& out, std::ostream& err) {
     }
     const Command* current = nullptr;
     try {
-        Runner runner(options, out);
+        Runner runner(options, out, err);
         for (const Command& command : commands) {
             current = &command;
             runner.run(command);

@@ -139,6 +139,8 @@ int runViewer(const Options& options) {
             try {
                 session.resize(width, height);
                 session.show(load->take(), labelOf(load->path()));
+                for (const std::string& warning : session.gpu().warnings)
+                    std::fprintf(stderr, "vekview: %s\n", warning.c_str());
                 window->setTitle(titleOf(session.label()));
                 context.loadError.clear();
             } catch (const std::exception& error) {
