@@ -75,6 +75,7 @@ const std::map<std::string, Syntax>& syntaxes() {
         {"screenshot", {0, 0, 0, false, true}},
         {"capture", {0, 0, 0, false, true}},
         {"frames", {1, 1, 100000, true, false}},
+        {"stats", {0, 0, 0, false, false}},
         {"orbit", {2, -1e6, 1e6, false, false}},
         {"projection", {0, 0, 0, false, true}},
     };
@@ -202,6 +203,8 @@ public:
             capture(c.text);
         } else if (n == "frames") {
             frames(whole(c, 0));
+        } else if (n == "stats") {
+            stats();
         }
     }
 
@@ -301,6 +304,26 @@ private:
         char text[64];
         std::snprintf(text, sizeof text, "%.3f", total / count * 1000);
         out << "frames " << count << ": " << text << " ms\n";
+    }
+
+    // What a frame of the view draws, and what showing the model took.
+    void stats() {
+        Session& s = model();
+        ColorTarget target;
+        target.resize(s.width(), s.height());
+        target.bind();
+        const auto start = std::chrono::steady_clock::now();
+        const FrameStats frame = s.draw();
+        glFinish();
+        const double took = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+        char text[200];
+        std::snprintf(text, sizeof text,
+                      "stats: triangles %lld, line segments %lld, draw calls %d, frame %.1f ms, "
+                      "load %.1f ms, upload %.1f ms\n",
+                      frame.triangles, frame.lineSegments, frame.drawCalls, took * 1000,
+                      s.model().times.total() * 1000, s.uploadSeconds() * 1000);
+        out << text;
     }
 
     // The view with the panels over it, as the window shows it.

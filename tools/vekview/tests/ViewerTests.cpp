@@ -50,7 +50,12 @@ Outcome runScript(const std::vector<std::string>& lines, const std::vector<std::
     for (const std::string& line : lines)
         text << line << '\n';
     text.close();
-    std::string command = std::string("'") + VEKVIEW_EXECUTABLE + "' --script '" + script + "'";
+#ifdef VEKVIEW_PRELOAD
+    std::string command = std::string("LD_PRELOAD='") + VEKVIEW_PRELOAD + "' ";
+#else
+    std::string command;
+#endif
+    command += std::string("'") + VEKVIEW_EXECUTABLE + "' --script '" + script + "'";
     for (const std::string& file : files)
         command += " '" + file + "'";
     return execute(command);
