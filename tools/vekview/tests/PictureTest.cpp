@@ -88,10 +88,14 @@ TEST(Pictures, APickAtAFaceReportsItAndLightsUpThatFaceAlone) {
     vekhost::Document& doc = *sample.document;
     const int face = headTop(doc);
     ASSERT_GE(face, 0);
+    // The front view shows the flange near the top and the lock nut near the bottom.
     const Outcome run = runScript({"size 240 200", "view 2", "screenshot " + scratch("before.png"),
-                               "pick 120 100", "screenshot " + scratch("after.png"), "pick 3 3"});
+                               "pick 120 100", "screenshot " + scratch("after.png"), "pick 3 3",
+                               "view 1", "pick 155 36"});
     ASSERT_EQ(run.status, 0) << run.err;
-    EXPECT_EQ(run.out, "pick 120 100: face " + std::to_string(face) + " node 1\npick 3 3: nothing\n");
+    EXPECT_EQ(run.out.substr(0, run.out.rfind("pick 155")),
+              "pick 120 100: face " + std::to_string(face) + " node 1\npick 3 3: nothing\n");
+    EXPECT_EQ(run.out.substr(run.out.size() - 7), "node 1\n");
 
     // The face alone, by the software renderer: every other face and every edge hidden.
     auto& bits = doc.runtime->visibility.sets;
@@ -113,7 +117,7 @@ TEST(Pictures, APickAtAFaceReportsItAndLightsUpThatFaceAlone) {
         }
 }
 
-TEST(Pictures, AMeasureBetweenTwoPointsOfAFaceIsTheirDistanceOnIt) {
+TEST(Pictures, AMeasureBetweenTwoPickedPointsIsTheirDistanceInSpace) {
     SKIP_WITHOUT_DISPLAY();
     const vekhost::LoadResult sample = vekhost::loadSample({});
     // The top view shows X and Y at the scale that fits the assembly's box into the margin.
@@ -121,10 +125,12 @@ TEST(Pictures, AMeasureBetweenTwoPointsOfAFaceIsTheirDistanceOnIt) {
     const int margin = std::max(1, 200 / 32);
     const double scale = std::min((240.0 - 2 * margin) / (box.max[0] - box.min[0]),
                                   (200.0 - 2 * margin) / (box.max[1] - box.min[1]));
-    const Outcome run = runScript({"size 240 200", "view 2", "measure 100 100 140 90"});
+    // From the middle of the head's top (Z = 6.8) to the flange's top (Z = 1.5) 88 pixels
+    // to the right.
+    const Outcome run = runScript({"size 240 200", "view 2", "measure 120 100 208 100"});
     ASSERT_EQ(run.status, 0) << run.err;
     const double reported = std::stod(run.out.substr(run.out.find(": ") + 2));
-    EXPECT_NEAR(reported, std::hypot(40.0, 10.0) / scale, 1e-3);
+    EXPECT_NEAR(reported, std::hypot(88.0 / scale, 6.8 - 1.5), 1e-3);
 }
 
 TEST(Pictures, ARestoredViewLooksAsItDidWhenSaved) {

@@ -16,7 +16,7 @@ TEST(Script, ABadLineEndsTheRunBeforeAnythingRuns) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"size 64 48", "pick 1 1", "bogus 1"}, at(3) + "unknown command 'bogus'"},
         {{"view 9"}, at(1) + "view: 9 is out of range"},
-        {{"", "# a comment", "size 64 x"}, at(3) + "size: 'x' is not a whole number"},
+        {{"", "# a comment", "size 64.5 48"}, at(3) + "size: '64.5' is not a whole number"},
         {{"pick 1"}, at(1) + "pick takes 2 numbers, not '1'"},
         {{"section 0 0 0 1"}, at(1) + "section needs a normal that is not zero"},
         {{"projection fisheye"}, at(1) + "projection is orthographic or perspective"},
