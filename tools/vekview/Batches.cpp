@@ -37,8 +37,7 @@ std::vector<std::vector<int>> primitivesOf(const veksg::Container<int, int>& lin
 
 // One entry, when it has anything to draw.
 template <typename Batch>
-void addEntry(Batch& batch, const veksg::SCScene& scene, int node, int key, Runs& runs,
-              bool lit) {
+void addEntry(Batch& batch, const veksg::SCScene& scene, int node, int key, Runs& runs, bool lit) {
     if (runs.empty()) return;
     veksg::Transform placement;
     if (node >= 0 && node < scene.transforms.size() && scene.transforms.getValue(node).valid)
@@ -71,7 +70,8 @@ void fillBatches(vekhost::Document& document, const vekhost::Visibility& visibil
         const auto& faces = facesOf[static_cast<std::size_t>(mesh)];
         if (faces.empty()) {
             // A mesh that no face covers shows whole, by its own bit.
-            if (visibility.meshShown(mesh)) addRun(highlight.mesh(mesh) ? lit : plain, 0, total, false);
+            if (visibility.meshShown(mesh))
+                addRun(highlight.mesh(mesh) ? lit : plain, 0, total, false);
         }
         for (const int face : faces) {
             if (!visibility.faceShown(face)) continue;

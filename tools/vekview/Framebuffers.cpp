@@ -96,7 +96,8 @@ IdBlock IdTarget::read(int target, int x, int y, int radius) const {
     block.width = std::max(0, std::min(size[0], x + radius + 1) - block.x0);
     block.height = std::max(0, std::min(size[1], y + radius + 1) - block.y0);
     if (block.width == 0 || block.height == 0 || target < 0 || target > 1) return block;
-    const auto pixels = static_cast<std::size_t>(block.width) * static_cast<std::size_t>(block.height);
+    const auto pixels =
+        static_cast<std::size_t>(block.width) * static_cast<std::size_t>(block.height);
     block.ids.resize(2 * pixels);
     block.depths.resize(pixels);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, frame.get());

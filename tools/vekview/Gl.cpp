@@ -24,30 +24,29 @@ void deleteProgram(GLuint id) {
     glDeleteProgram(id);
 }
 
-Buffer makeBuffer() {
+namespace {
+// Every glGen* takes a count and where to put the names.
+GLuint generated(void (*generate)(GLsizei, GLuint*)) {
     GLuint id = 0;
-    glGenBuffers(1, &id);
-    return Buffer(id);
+    generate(1, &id);
+    return id;
+}
+} // namespace
+
+Buffer makeBuffer() {
+    return Buffer(generated(glGenBuffers));
 }
 VertexArray makeVertexArray() {
-    GLuint id = 0;
-    glGenVertexArrays(1, &id);
-    return VertexArray(id);
+    return VertexArray(generated(glGenVertexArrays));
 }
 Texture makeTexture() {
-    GLuint id = 0;
-    glGenTextures(1, &id);
-    return Texture(id);
+    return Texture(generated(glGenTextures));
 }
 Framebuffer makeFramebuffer() {
-    GLuint id = 0;
-    glGenFramebuffers(1, &id);
-    return Framebuffer(id);
+    return Framebuffer(generated(glGenFramebuffers));
 }
 Renderbuffer makeRenderbuffer() {
-    GLuint id = 0;
-    glGenRenderbuffers(1, &id);
-    return Renderbuffer(id);
+    return Renderbuffer(generated(glGenRenderbuffers));
 }
 
 namespace {

@@ -1,5 +1,6 @@
 #include "GpuScene.h"
 
+#include <string>
 #include <unordered_map>
 
 #include "Images.h"
@@ -17,12 +18,15 @@ void pointAttributes(std::size_t base) {
         return reinterpret_cast<const void*>(base + offset); // NOLINT(performance-no-int-to-ptr)
     };
     glEnableVertexAttribArray(attribPosition);
-    glVertexAttribPointer(attribPosition, 3, GL_FLOAT, GL_FALSE, stride, at(offsetof(Layout, vertex)));
+    glVertexAttribPointer(attribPosition, 3, GL_FLOAT, GL_FALSE, stride,
+                          at(offsetof(Layout, vertex)));
     glEnableVertexAttribArray(attribNormal);
-    glVertexAttribPointer(attribNormal, 3, GL_FLOAT, GL_FALSE, stride, at(offsetof(Layout, normal)));
+    glVertexAttribPointer(attribNormal, 3, GL_FLOAT, GL_FALSE, stride,
+                          at(offsetof(Layout, normal)));
     if constexpr (std::is_same_v<Layout, veksg::VNC>) {
         glEnableVertexAttribArray(attribColor);
-        glVertexAttribPointer(attribColor, 4, GL_FLOAT, GL_FALSE, stride, at(offsetof(Layout, color)));
+        glVertexAttribPointer(attribColor, 4, GL_FLOAT, GL_FALSE, stride,
+                              at(offsetof(Layout, color)));
     }
     if constexpr (std::is_same_v<Layout, veksg::VNT>) {
         glEnableVertexAttribArray(attribTexCoord);
@@ -62,10 +66,16 @@ int indexIn(const std::vector<int>& byKey, int key) {
 
 GpuScene::GpuScene(const vekhost::Document& document) {
     const veksg::SCScene& scene = *document.scene;
+    while (glGetError() != GL_NO_ERROR) {
+    }
     uploadMeshes(scene);
     uploadLines(scene);
     uploadTextures(scene);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
+    // Drivers report a buffer they could not make only here; drawing it would show nothing.
+    if (glGetError() == GL_OUT_OF_MEMORY)
+        throw gl::Error("the graphics memory has no room for the model's " +
+                        std::to_string(uploaded >> 20) + " MiB");
 }
 
 void GpuScene::uploadMeshes(const veksg::SCScene& scene) {
@@ -110,8 +120,8 @@ void GpuScene::uploadLines(const veksg::SCScene& scene) {
         const std::size_t size = polyline->points.size() * sizeof(veksg::Point3);
         glBindVertexArray(buffer.array.get());
         glBindBuffer(GL_ARRAY_BUFFER, buffer.points.get());
-        glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(size), polyline->points.front().data(),
-                     GL_STATIC_DRAW);
+        glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(size),
+                     polyline->points.front().data(), GL_STATIC_DRAW);
         glEnableVertexAttribArray(attribPosition);
         glVertexAttribPointer(attribPosition, 3, GL_FLOAT, GL_FALSE,
                               static_cast<GLsizei>(sizeof(veksg::Point3)), nullptr);

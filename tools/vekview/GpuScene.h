@@ -37,7 +37,7 @@ public:
     };
 
     /// Uploads everything the document's `SCScene` holds. Images that cannot be read are
-    /// left out, each named once in `warnings`.
+    /// left out, each named once in `warnings`; throws gl::Error when the GPU has no room.
     explicit GpuScene(const vekhost::Document& document);
 
     /// The buffer of a mesh key, null for a key without geometry.

@@ -49,10 +49,9 @@ Image readTextureImage(const std::string& path) {
 }
 
 void writePng(const std::string& path, const Image& image) {
-    if (image.width < 1 || image.height < 1 ||
-        image.width > std::numeric_limits<int>::max() / 4 ||
-        image.rgba.size() != static_cast<std::size_t>(image.width) *
-                                 static_cast<std::size_t>(image.height) * 4)
+    if (image.width < 1 || image.height < 1 || image.width > std::numeric_limits<int>::max() / 4 ||
+        image.rgba.size() !=
+            static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height) * 4)
         throw std::runtime_error("no picture to write");
     // stb reports no cause; opening the file first names the usual ones.
     std::FILE* probe = std::fopen(path.c_str(), "wb");

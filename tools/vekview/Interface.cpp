@@ -6,8 +6,7 @@
 
 namespace vekview {
 
-Interface::Interface(GLFWwindow* window, Session& session)
-    : shared(session), all(makePanels()) {
+Interface::Interface(GLFWwindow* window, Session& session) : shared(session), all(makePanels()) {
     IMGUI_CHECKVERSION();
     ImGui::CreateContext();
     // Layouts are not written into whatever directory the viewer was started in.
@@ -30,7 +29,8 @@ void Interface::begin(int width, int height) {
     // The size of the view being drawn, which for scripts is no window's.
     ImGuiIO& io = ImGui::GetIO();
     const ImVec2 scale = io.DisplayFramebufferScale;
-    io.DisplaySize = ImVec2(static_cast<float>(width) / scale.x, static_cast<float>(height) / scale.y);
+    io.DisplaySize =
+        ImVec2(static_cast<float>(width) / scale.x, static_cast<float>(height) / scale.y);
     ImGui::NewFrame();
 }
 

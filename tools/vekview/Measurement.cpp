@@ -44,7 +44,8 @@ MeasureResult failure(const std::string& why) {
 
 Measurement::Measurement(vekhost::Document& document,
                          std::shared_ptr<const vekhost::CadShapes> shapes)
-    : doc(document), shapes(std::move(shapes)) {}
+    : doc(document), shapes(std::move(shapes)) {
+}
 
 void Measurement::setMode(MeasureMode mode) {
     current = mode;
@@ -82,8 +83,7 @@ std::optional<MeasureResult> Measurement::add(const Pick& pick) {
             return angle(taken[0], taken[1]);
         }
     } catch (const Standard_Failure& error) {
-        return failure(std::string("the geometry does not allow it: ") +
-                       error.GetMessageString());
+        return failure(std::string("the geometry does not allow it: ") + error.GetMessageString());
     }
     return std::nullopt;
 }
@@ -144,8 +144,7 @@ MeasureResult Measurement::angle(const Pick& a, const Pick& b) {
     Vec3 second{};
     if (!normalOf(a, first) || !normalOf(b, second))
         return failure("pick two planar faces of a CAD file");
-    const double value =
-        std::atan2(length(cross(first, second)), dot(first, second)) * degrees;
+    const double value = std::atan2(length(cross(first, second)), dot(first, second)) * degrees;
     const std::string label = format("%.4g", value) + " deg";
     record(a.point, b.point, (a.point + b.point) * 0.5, value, label);
     return {true, value, label};
@@ -165,6 +164,7 @@ void Measurement::record(const Vec3& from, const Vec3& to, const Vec3& labelAt, 
     measure->leader = std::make_shared<veksg::Polyline>();
     measure->leader->points = {measure->point1, measure->point2};
     doc.tempGraphics->measures.insert(measure);
+    doc.tempGraphics->texts3d.insert(measure->text3d);
 }
 
 std::optional<double> Measurement::faceArea(int face) const {
@@ -180,33 +180,55 @@ std::optional<double> Measurement::faceArea(int face) const {
 
 const char* surfaceTypeName(int kind) {
     switch (kind) {
-    case GeomAbs_Plane: return "plane";
-    case GeomAbs_Cylinder: return "cylinder";
-    case GeomAbs_Cone: return "cone";
-    case GeomAbs_Sphere: return "sphere";
-    case GeomAbs_Torus: return "torus";
-    case GeomAbs_BezierSurface: return "Bezier surface";
-    case GeomAbs_BSplineSurface: return "B-spline surface";
-    case GeomAbs_SurfaceOfRevolution: return "surface of revolution";
-    case GeomAbs_SurfaceOfExtrusion: return "surface of extrusion";
-    case GeomAbs_OffsetSurface: return "offset surface";
-    case GeomAbs_OtherSurface: return "other surface";
-    default: return "unknown";
+    case GeomAbs_Plane:
+        return "plane";
+    case GeomAbs_Cylinder:
+        return "cylinder";
+    case GeomAbs_Cone:
+        return "cone";
+    case GeomAbs_Sphere:
+        return "sphere";
+    case GeomAbs_Torus:
+        return "torus";
+    case GeomAbs_BezierSurface:
+        return "Bezier surface";
+    case GeomAbs_BSplineSurface:
+        return "B-spline surface";
+    case GeomAbs_SurfaceOfRevolution:
+        return "surface of revolution";
+    case GeomAbs_SurfaceOfExtrusion:
+        return "surface of extrusion";
+    case GeomAbs_OffsetSurface:
+        return "offset surface";
+    case GeomAbs_OtherSurface:
+        return "other surface";
+    default:
+        return "unknown";
     }
 }
 
 const char* curveTypeName(int kind) {
     switch (kind) {
-    case GeomAbs_Line: return "line";
-    case GeomAbs_Circle: return "circle";
-    case GeomAbs_Ellipse: return "ellipse";
-    case GeomAbs_Hyperbola: return "hyperbola";
-    case GeomAbs_Parabola: return "parabola";
-    case GeomAbs_BezierCurve: return "Bezier curve";
-    case GeomAbs_BSplineCurve: return "B-spline curve";
-    case GeomAbs_OffsetCurve: return "offset curve";
-    case GeomAbs_OtherCurve: return "other curve";
-    default: return "unknown";
+    case GeomAbs_Line:
+        return "line";
+    case GeomAbs_Circle:
+        return "circle";
+    case GeomAbs_Ellipse:
+        return "ellipse";
+    case GeomAbs_Hyperbola:
+        return "hyperbola";
+    case GeomAbs_Parabola:
+        return "parabola";
+    case GeomAbs_BezierCurve:
+        return "Bezier curve";
+    case GeomAbs_BSplineCurve:
+        return "B-spline curve";
+    case GeomAbs_OffsetCurve:
+        return "offset curve";
+    case GeomAbs_OtherCurve:
+        return "other curve";
+    default:
+        return "unknown";
     }
 }
 

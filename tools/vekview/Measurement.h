@@ -31,10 +31,11 @@ struct MeasureResult {
 };
 
 /// Measurements on picks, kept as temporary graphics of the document: every picked point in
-/// `SCTempGraphics::tempValues`, and each result as a `Measure` in `measures` (the two ends
-/// in `point1` and `point2`, the label's place in `point3`, the value, the label in
-/// `measureText` and in its `text3d`, a leader line between the ends, `measureSetting` the
-/// mode, 1 to 4). Exact geometry comes from the load's B-rep; mesh files have points only.
+/// `SCTempGraphics::tempValues`; each result as a `Measure` in `measures` (the two ends in
+/// `point1` and `point2`, the label's place in `point3`, the value, the label in
+/// `measureText`, a leader line between the ends, `measureSetting` the mode, 1 to 4), and
+/// its label, the measure's `text3d`, in `texts3d`. Exact geometry comes from the load's
+/// B-rep; mesh files have points only.
 class Measurement {
 public:
     Measurement(vekhost::Document& document, std::shared_ptr<const vekhost::CadShapes> shapes);

@@ -1,18 +1,28 @@
 #include "Options.h"
 
 #include <cmath>
-#include <cstring>
+#include <cstdlib>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace vekview {
 
 namespace {
-// The value after option `name`, which must be there and not be empty.
-const char* valueOf(int argc, const char* const* argv, int& i) {
-    const char* name = argv[i];
-    if (i + 1 >= argc || argv[i + 1][0] == '\0')
-        throw std::invalid_argument(std::string(name) + " needs a value");
-    return argv[++i];
+// The value after the option at `i`, which must be there and not be empty.
+std::string valueOf(const std::vector<std::string_view>& args, std::size_t& i) {
+    if (i + 1 >= args.size() || args[i + 1].empty())
+        throw std::invalid_argument(std::string(args[i]) + " needs a value");
+    return std::string(args[++i]);
+}
+
+double positive(const std::string& text, const char* option) {
+    char* end = nullptr;
+    const double value = std::strtod(text.c_str(), &end);
+    if (*end != '\0' || !(value > 0) || !std::isfinite(value))
+        throw std::invalid_argument(std::string(option) + " needs a positive number");
+    return value;
 }
 } // namespace
 
@@ -31,26 +41,25 @@ const char* usage() {
 
 Options parseOptions(int argc, const char* const* argv) {
     Options options;
-    bool filesOnly = false;
-    for (int i = 1; i < argc; ++i) {
-        const char* arg = argv[i];
-        if (filesOnly || arg[0] != '-' || std::strcmp(arg, "-") == 0) {
-            options.files.emplace_back(arg);
-        } else if (std::strcmp(arg, "--") == 0) {
-            filesOnly = true;
-        } else if (std::strcmp(arg, "--help") == 0 || std::strcmp(arg, "-h") == 0) {
-            options.help = true;
-        } else if (std::strcmp(arg, "--script") == 0) {
-            options.script = valueOf(argc, argv, i);
-        } else if (std::strcmp(arg, "--deflection") == 0) {
-            const char* text = valueOf(argc, argv, i);
-            char* end = nullptr;
-            options.deflection = std::strtod(text, &end);
-            if (*end != '\0' || !(options.deflection > 0) || !std::isfinite(options.deflection))
-                throw std::invalid_argument("--deflection needs a positive number");
-        } else {
-            throw std::invalid_argument(std::string("unknown option ") + arg);
+    const std::vector<std::string_view> args(argv + 1, argv + argc);
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string_view arg = args[i];
+        if (arg == "--") {
+            options.files.insert(options.files.end(), args.begin() + static_cast<long>(i) + 1,
+                                 args.end());
+            break;
         }
+        // "-" alone is a file name like any word without a dash.
+        if (arg.size() < 2 || arg.front() != '-')
+            options.files.emplace_back(arg);
+        else if (arg == "--help" || arg == "-h")
+            options.help = true;
+        else if (arg == "--script")
+            options.script = valueOf(args, i);
+        else if (arg == "--deflection")
+            options.deflection = positive(valueOf(args, i), "--deflection");
+        else
+            throw std::invalid_argument("unknown option " + std::string(arg));
     }
     return options;
 }

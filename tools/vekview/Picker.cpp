@@ -26,8 +26,7 @@ bool holds(const veksg::PrimitiveInfo& range, int index) {
 // The world point at pixel (x, y) from the bottom left and window depth `depth`.
 Vec3 unproject(const FrameSetup& setup, double x, double y, double depth) {
     const double aspect = static_cast<double>(setup.width) / std::max(setup.height, 1);
-    const Matrix toWorld =
-        inverse(setup.camera->projection(aspect) * setup.camera->view());
+    const Matrix toWorld = inverse(setup.camera->projection(aspect) * setup.camera->view());
     const Vec4 clip{2 * (x + 0.5) / setup.width - 1, 2 * (y + 0.5) / setup.height - 1,
                     2 * depth - 1, 1};
     const Vec4 world = transform(toWorld, clip);
@@ -36,22 +35,30 @@ Vec3 unproject(const FrameSetup& setup, double x, double y, double depth) {
 }
 } // namespace
 
+namespace {
+// The primitive of `key` (a mesh or polyline key) whose range holds `index`: among the
+// primitives of the key's node (`ofNode`), those whose link names the key.
+int primitiveHolding(const veksg::Hierarchy& ofNode, int node,
+                     const veksg::Container<int, veksg::PrimitiveInfo>& ranges,
+                     const veksg::Container<int, int>& links, int key, int index) {
+    for (const int primitive : listOf(ofNode, node))
+        if (primitive >= 0 && primitive < ranges.size() && linkOf(links, primitive) == key &&
+            holds(ranges.getValue(primitive), index))
+            return primitive;
+    return -1;
+}
+} // namespace
+
 int faceAtVertex(const vekhost::Document& document, int mesh, int vertex) {
     const veksg::SCSceneRes& res = *document.resources;
-    for (const int face : listOf(document.topo->nodeLists4, linkOf(document.scene->links6a, mesh)))
-        if (face >= 0 && face < res.primitivesA.size() && linkOf(res.primALinks1, face) == mesh &&
-            holds(res.primitivesA.getValue(face), vertex))
-            return face;
-    return -1;
+    return primitiveHolding(document.topo->nodeLists4, linkOf(document.scene->links6a, mesh),
+                            res.primitivesA, res.primALinks1, mesh, vertex);
 }
 
 int edgeAtPoint(const vekhost::Document& document, int polyline, int point) {
     const veksg::SCSceneRes& res = *document.resources;
-    for (const int edge : listOf(document.topo->nodeLists5, linkOf(document.scene->links7, polyline)))
-        if (edge >= 0 && edge < res.primitivesB.size() && linkOf(res.primBLinks2, edge) == polyline &&
-            holds(res.primitivesB.getValue(edge), point))
-            return edge;
-    return -1;
+    return primitiveHolding(document.topo->nodeLists5, linkOf(document.scene->links7, polyline),
+                            res.primitivesB, res.primBLinks2, polyline, point);
 }
 
 Pick Picker::pick(const vekhost::Document& document, const GpuScene& gpu, Renderer& renderer,
@@ -79,8 +86,8 @@ Pick Picker::pick(const vekhost::Document& document, const GpuScene& gpu, Render
             if (far >= best || far > edgeReach * edgeReach) continue;
             const auto edge = edges.id(x + dx, row + dy);
             if (edge[0] == 0) continue;
-            const int found = edgeAtPoint(document, static_cast<int>(edge[0] - 1),
-                                          static_cast<int>(edge[1]));
+            const int found =
+                edgeAtPoint(document, static_cast<int>(edge[0] - 1), static_cast<int>(edge[1]));
             if (found < 0) continue;
             best = far;
             pick.edge = found;

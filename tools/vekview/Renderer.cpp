@@ -82,8 +82,8 @@ Renderer::Matrices Renderer::matricesOf(const FrameSetup& setup) {
     m.projection = setup.camera->projection(aspect);
     if (setup.section.active) {
         const Vec3 n = normalized(setup.section.normal);
-        m.plane = {static_cast<float>(-n[0]), static_cast<float>(-n[1]),
-                   static_cast<float>(-n[2]), static_cast<float>(setup.section.offset)};
+        m.plane = {static_cast<float>(-n[0]), static_cast<float>(-n[1]), static_cast<float>(-n[2]),
+                   static_cast<float>(setup.section.offset)};
         m.clipping = true;
     }
     return m;
@@ -102,7 +102,7 @@ FrameStats Renderer::draw(const vekhost::Document& document, const GpuScene& gpu
     glDisable(GL_CULL_FACE);
     if (m.clipping) glEnable(GL_CLIP_DISTANCE0);
 
-    faces(document, gpu, m, false, stats);
+    faces(document, gpu, m, Pass::Shade, stats);
     if (m.clipping) {
         stencilOfSection(document, gpu, m, stats);
         glDisable(GL_CLIP_DISTANCE0);
@@ -129,7 +129,7 @@ void Renderer::drawIds(const vekhost::Document& document, const GpuScene& gpu,
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     glDisable(GL_BLEND);
-    faces(document, gpu, m, true, stats);
+    faces(document, gpu, m, Pass::Ids, stats);
     // Edges go into their own target only; where they pass, the face below stays known.
     glColorMaski(0, GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     edges(document, gpu, m, true, stats);
@@ -139,27 +139,57 @@ void Renderer::drawIds(const vekhost::Document& document, const GpuScene& gpu,
     glUseProgram(0);
 }
 
-void Renderer::faces(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m,
-                     bool ids, FrameStats& stats) {
-    const veksg::SCScene& scene = *document.scene;
-    const veksg::MeshRT& batch = document.runtime->meshes;
-    const gl::Program& program = ids ? shaders.ids : shaders.surface;
-    glUseProgram(program.get());
-    const GLint modelAt = ids ? shaders.idsAt.model : shaders.surfaceAt.model;
-    const GLint normalAt = ids ? shaders.idsAt.normalMatrix : shaders.surfaceAt.normalMatrix;
-    const GLint baseAt = ids ? shaders.idsAt.vertexBase : shaders.surfaceAt.vertexBase;
-    setMatrix(ids ? shaders.idsAt.view : shaders.surfaceAt.view, m.view);
-    setMatrix(ids ? shaders.idsAt.projection : shaders.surfaceAt.projection, m.projection);
-    glUniform4fv(ids ? shaders.idsAt.plane : shaders.surfaceAt.plane, 1, m.plane.data());
-    if (ids) {
-        glUniform1i(shaders.idsAt.edge, 0);
+void Renderer::useFlat(const Matrices& m, const std::array<float, 4>& plane) {
+    glUseProgram(shaders.flat.get());
+    setMatrix(shaders.flatAt.view, m.view);
+    setMatrix(shaders.flatAt.projection, m.projection);
+    glUniform4fv(shaders.flatAt.plane, 1, plane.data());
+}
+
+void Renderer::material(const veksg::SCScene& scene, int key, bool lit) {
+    const veksg::MMaterial* material = validAt(scene.meshMaterials, key);
+    const auto& s = shaders.surfaceAt;
+    if (material) {
+        glUniform4fv(s.diffuse, 1, material->diffuse.data());
+        glUniform3fv(s.specular, 1, material->specular.data());
+        glUniform1f(s.shininess, std::clamp(material->shininess, 1.0f, 128.0f));
     } else {
-        glUniform1i(shaders.surfaceAt.texture, 0);
-        glActiveTexture(GL_TEXTURE0);
+        glUniform4fv(s.diffuse, 1, defaultFace.data());
+        glUniform3f(s.specular, 0.3f, 0.3f, 0.3f);
+        glUniform1f(s.shininess, 30.0f);
     }
-    // Faces step back a little so that their own edges win the depth test.
-    glEnable(GL_POLYGON_OFFSET_FILL);
-    glPolygonOffset(1.0f, 1.0f);
+    glUniform4fv(s.highlight, 1, lit ? highlightColor.data() : background.data());
+}
+
+// The faces' batches in one of three passes: shaded, as object keys, or into the stencil
+// alone. Programs lack the uniforms they do not use; OpenGL ignores location -1.
+void Renderer::faces(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m,
+                     Pass pass, FrameStats& stats) {
+    const veksg::MeshRT& batch = document.runtime->meshes;
+    GLint modelAt = shaders.flatAt.model;
+    GLint normalAt = -1;
+    GLint baseAt = -1;
+    if (pass == Pass::Stencil) {
+        useFlat(m, m.plane);
+    } else {
+        const bool ids = pass == Pass::Ids;
+        glUseProgram(ids ? shaders.ids.get() : shaders.surface.get());
+        modelAt = ids ? shaders.idsAt.model : shaders.surfaceAt.model;
+        normalAt = ids ? shaders.idsAt.normalMatrix : shaders.surfaceAt.normalMatrix;
+        baseAt = ids ? shaders.idsAt.vertexBase : shaders.surfaceAt.vertexBase;
+        setMatrix(ids ? shaders.idsAt.view : shaders.surfaceAt.view, m.view);
+        setMatrix(ids ? shaders.idsAt.projection : shaders.surfaceAt.projection, m.projection);
+        glUniform4fv(ids ? shaders.idsAt.plane : shaders.surfaceAt.plane, 1, m.plane.data());
+        if (ids) {
+            glUniform1i(shaders.idsAt.edge, 0);
+        } else {
+            glUniform1i(shaders.surfaceAt.texture, 0);
+            glActiveTexture(GL_TEXTURE0);
+        }
+        // Faces step back a little so that their own edges win the depth test.
+        glEnable(GL_POLYGON_OFFSET_FILL);
+        glPolygonOffset(1.0f, 1.0f);
+    }
     std::vector<GLint> firsts;
     std::vector<GLsizei> counts;
     for (int entry = 0; entry < batch.instances.size(); ++entry) {
@@ -169,43 +199,31 @@ void Renderer::faces(const vekhost::Document& document, const GpuScene& gpu, con
         if (!buffer || entry >= batch.lists.size()) continue;
         const Matrix model = matrixOf(instance.first);
         setMatrix(modelAt, model);
-        setNormalMatrix(normalAt, m.view * model);
-        const GLuint texture = ids ? 0 : gpu.texture(key);
-        if (ids) {
-            glUniform1ui(shaders.idsAt.object, static_cast<GLuint>(key) + 1);
-        } else {
-            const veksg::MMaterial* material = validAt(scene.meshMaterials, key);
-            const auto& s = shaders.surfaceAt;
-            if (material) {
-                glUniform4fv(s.diffuse, 1, material->diffuse.data());
-                glUniform3fv(s.specular, 1, material->specular.data());
-                glUniform1f(s.shininess, std::clamp(material->shininess, 1.0f, 128.0f));
-            } else {
-                glUniform4fv(s.diffuse, 1, defaultFace.data());
-                glUniform3f(s.specular, 0.3f, 0.3f, 0.3f);
-                glUniform1f(s.shininess, 30.0f);
-            }
-            const bool lit = entry < batch.flags.size() && batch.flags.getValue(entry) != 0;
-            glUniform4fv(s.highlight, 1, lit ? highlightColor.data() : background.data());
+        if (normalAt >= 0) setNormalMatrix(normalAt, m.view * model);
+        const GLuint texture = pass == Pass::Shade ? gpu.texture(key) : 0;
+        if (pass == Pass::Ids) glUniform1ui(shaders.idsAt.object, static_cast<GLuint>(key) + 1);
+        if (pass == Pass::Shade) {
+            material(*document.scene, key,
+                     entry < batch.flags.size() && batch.flags.getValue(entry) != 0);
             glBindTexture(GL_TEXTURE_2D, texture);
         }
         for (const GpuScene::Segment& segment : buffer->segments) {
             runsIn(batch.lists.getValue(entry), segment.first, segment.count, firsts, counts);
             if (firsts.empty()) continue;
-            if (!ids) {
+            if (pass == Pass::Shade) {
                 glUniform1i(shaders.surfaceAt.useVertexColor, segment.colors ? 1 : 0);
                 glUniform1i(shaders.surfaceAt.useTexture, segment.texCoords && texture ? 1 : 0);
+                stats.triangles += sum(counts) / 3;
             }
             glUniform1ui(baseAt, static_cast<GLuint>(segment.first));
             glBindVertexArray(segment.array.get());
             glMultiDrawArrays(GL_TRIANGLES, firsts.data(), counts.data(),
                               static_cast<GLsizei>(firsts.size()));
             ++stats.drawCalls;
-            stats.triangles += sum(counts) / 3;
         }
     }
     glDisable(GL_POLYGON_OFFSET_FILL);
-    if (!ids) glBindTexture(GL_TEXTURE_2D, 0);
+    glBindTexture(GL_TEXTURE_2D, 0);
 }
 
 void Renderer::edges(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m,
@@ -219,10 +237,7 @@ void Renderer::edges(const vekhost::Document& document, const GpuScene& gpu, con
         glUniform4fv(shaders.idsAt.plane, 1, m.plane.data());
         glUniform1i(shaders.idsAt.edge, 1);
     } else {
-        glUseProgram(shaders.flat.get());
-        setMatrix(shaders.flatAt.view, m.view);
-        setMatrix(shaders.flatAt.projection, m.projection);
-        glUniform4fv(shaders.flatAt.plane, 1, m.plane.data());
+        useFlat(m, m.plane);
     }
     std::vector<GLint> firsts;
     std::vector<GLsizei> counts;
@@ -261,7 +276,6 @@ void Renderer::edges(const vekhost::Document& document, const GpuScene& gpu, con
 // lies inside a closed solid, whichever way its triangles wind.
 void Renderer::stencilOfSection(const vekhost::Document& document, const GpuScene& gpu,
                                 const Matrices& m, FrameStats& stats) {
-    const veksg::MeshRT& batch = document.runtime->meshes;
     glEnable(GL_STENCIL_TEST);
     glStencilMask(1);
     glStencilFunc(GL_ALWAYS, 0, 1);
@@ -269,26 +283,7 @@ void Renderer::stencilOfSection(const vekhost::Document& document, const GpuScen
     glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     glDepthMask(GL_FALSE);
     glDisable(GL_DEPTH_TEST);
-    glUseProgram(shaders.flat.get());
-    setMatrix(shaders.flatAt.view, m.view);
-    setMatrix(shaders.flatAt.projection, m.projection);
-    glUniform4fv(shaders.flatAt.plane, 1, m.plane.data());
-    std::vector<GLint> firsts;
-    std::vector<GLsizei> counts;
-    for (int entry = 0; entry < batch.instances.size(); ++entry) {
-        const auto& instance = batch.instances.getValue(entry);
-        const GpuScene::MeshBuffer* buffer = gpu.mesh(instance.second);
-        if (!buffer || entry >= batch.lists.size()) continue;
-        setMatrix(shaders.flatAt.model, matrixOf(instance.first));
-        for (const GpuScene::Segment& segment : buffer->segments) {
-            runsIn(batch.lists.getValue(entry), segment.first, segment.count, firsts, counts);
-            if (firsts.empty()) continue;
-            glBindVertexArray(segment.array.get());
-            glMultiDrawArrays(GL_TRIANGLES, firsts.data(), counts.data(),
-                              static_cast<GLsizei>(firsts.size()));
-            ++stats.drawCalls;
-        }
-    }
+    faces(document, gpu, m, Pass::Stencil, stats);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glDepthMask(GL_TRUE);
     glEnable(GL_DEPTH_TEST);
@@ -307,10 +302,8 @@ void Renderer::cap(const FrameSetup& setup, const Matrices& m, FrameStats& stats
             corners.push_back(static_cast<float>(c));
     glStencilFunc(GL_NOTEQUAL, 0, 1);
     glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
-    glUseProgram(shaders.flat.get());
+    useFlat(m, m.plane);
     setMatrix(shaders.flatAt.model, Matrix());
-    setMatrix(shaders.flatAt.view, m.view);
-    setMatrix(shaders.flatAt.projection, m.projection);
     glUniform4fv(shaders.flatAt.color, 1, capColor.data());
     scratch(corners, GL_TRIANGLE_FAN);
     ++stats.drawCalls;
@@ -334,12 +327,8 @@ void Renderer::markers(const vekhost::Document& document, const Matrices& m, Fra
     if (points.empty() && leaders.empty()) return;
     glDisable(GL_DEPTH_TEST);
     glEnable(GL_PROGRAM_POINT_SIZE);
-    glUseProgram(shaders.flat.get());
+    useFlat(m, {0, 0, 0, 1});
     setMatrix(shaders.flatAt.model, Matrix());
-    setMatrix(shaders.flatAt.view, m.view);
-    setMatrix(shaders.flatAt.projection, m.projection);
-    const float always[4] = {0, 0, 0, 1};
-    glUniform4fv(shaders.flatAt.plane, 1, always);
     glUniform4fv(shaders.flatAt.color, 1, markerColor.data());
     glUniform1f(shaders.flatAt.pointSize, markerSize);
     glLineWidth(2.0f);

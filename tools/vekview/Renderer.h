@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "Camera.h"
 #include "Document.h"
 #include "GpuScene.h"
@@ -49,12 +51,15 @@ public:
 private:
     struct Matrices;
     static Matrices matricesOf(const FrameSetup& setup);
-    void faces(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m,
-               bool ids, FrameStats& stats);
-    void edges(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m,
-               bool ids, FrameStats& stats);
-    void stencilOfSection(const vekhost::Document& document, const GpuScene& gpu,
-                          const Matrices& m, FrameStats& stats);
+    enum class Pass { Shade, Ids, Stencil };
+    void faces(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m, Pass pass,
+               FrameStats& stats);
+    void useFlat(const Matrices& m, const std::array<float, 4>& plane);
+    void material(const veksg::SCScene& scene, int key, bool lit);
+    void edges(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m, bool ids,
+               FrameStats& stats);
+    void stencilOfSection(const vekhost::Document& document, const GpuScene& gpu, const Matrices& m,
+                          FrameStats& stats);
     void cap(const FrameSetup& setup, const Matrices& m, FrameStats& stats);
     void markers(const vekhost::Document& document, const Matrices& m, FrameStats& stats);
     /// Draws `points` from the scratch buffer with the flat program's current uniforms.

@@ -132,8 +132,8 @@ Command parse(const std::string& rawLine, int line) {
             throw BadLine(command.name + ": " + words[i] + " is out of range");
         command.numbers.push_back(value);
     }
-    if (command.name == "section" &&
-        command.numbers[0] == 0 && command.numbers[1] == 0 && command.numbers[2] == 0)
+    if (command.name == "section" && command.numbers[0] == 0 && command.numbers[1] == 0 &&
+        command.numbers[2] == 0)
         throw BadLine("section needs a normal that is not zero");
     return command;
 }
@@ -209,12 +209,11 @@ public:
     }
 
 private:
-    static int whole(const Command& c, std::size_t i) {
-        return static_cast<int>(c.numbers[i]);
-    }
+    static int whole(const Command& c, std::size_t i) { return static_cast<int>(c.numbers[i]); }
 
     void ensureWindow() {
-        if (!window) window = std::make_unique<Window>(session.width(), session.height(), false, "vekview");
+        if (!window)
+            window = std::make_unique<Window>(session.width(), session.height(), false, "vekview");
     }
 
     void open(const std::string& path) {
@@ -232,7 +231,8 @@ private:
 
     // The model the commands act on: the first FILE, or the sample, until `open`.
     Session& model() {
-        if (!session.hasModel()) open(options.files.empty() ? std::string() : options.files.front());
+        if (!session.hasModel())
+            open(options.files.empty() ? std::string() : options.files.front());
         return session;
     }
 
@@ -298,7 +298,8 @@ private:
             const auto start = std::chrono::steady_clock::now();
             s.draw();
             glFinish();
-            total += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+            total +=
+                std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         }
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         char text[64];
@@ -315,7 +316,8 @@ private:
         const auto start = std::chrono::steady_clock::now();
         const FrameStats frame = s.draw();
         glFinish();
-        const double took = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        const double took =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         char text[200];
         std::snprintf(text, sizeof text,
@@ -390,7 +392,8 @@ int runScript(const Options& options, std::ostream& out, std::ostream& err) {
             out.flush();
         }
     } catch (const BadLine& error) {
-        err << "vekview: " << options.script << ':' << current->line << ": " << error.what() << '\n';
+        err << "vekview: " << options.script << ':' << current->line << ": " << error.what()
+            << '\n';
         return 2;
     } catch (const FileFailure& error) {
         err << "vekview: " << error.what() << '\n';

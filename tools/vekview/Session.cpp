@@ -153,7 +153,8 @@ Image Session::screenshot() {
 
 bool Session::project(const Vec3& point, double& x, double& y) const {
     const double aspect = static_cast<double>(size[0]) / size[1];
-    const Vec4 clip = transform(view.projection(aspect) * view.view(), {point[0], point[1], point[2], 1});
+    const Vec4 clip =
+        transform(view.projection(aspect) * view.view(), {point[0], point[1], point[2], 1});
     if (!(clip[3] > 0)) return false;
     x = (clip[0] / clip[3] + 1) / 2 * size[0];
     y = (1 - clip[1] / clip[3]) / 2 * size[1];

@@ -147,8 +147,8 @@ void ViewStates::setSection(const SectionPlane& plane) {
         sections.push_back(section);
     }
     std::vector<int> ids;
-    std::shared_ptr<veksg::IState> state =
-        factory.createSectionState(sections, ids, 0, std::vector<bool>(sections.size(), true), nullptr);
+    std::shared_ptr<veksg::IState> state = factory.createSectionState(
+        sections, ids, 0, std::vector<bool>(sections.size(), true), nullptr);
     state->setCmdId(sectionCommand);
     auto& sequence = doc.states->typeStates->containers[sectionCommand].states;
     state->setSeqId(static_cast<int>(sequence.size()));

@@ -48,15 +48,16 @@ public:
                                      -io.MouseDelta.y * scale.y / height);
             if (io.MouseWheel != 0) {
                 const double aspect = session.width() / height;
-                session.camera().zoom(std::pow(zoomStep, io.MouseWheel), 2 * x / session.width() - 1,
-                                      1 - 2 * y / height, aspect);
+                session.camera().zoom(std::pow(zoomStep, io.MouseWheel),
+                                      2 * x / session.width() - 1, 1 - 2 * y / height, aspect);
             }
         }
         // A press and release without a drag is a click.
         if (ImGui::IsMouseReleased(ImGuiMouseButton_Left)) {
             const ImVec2 moved = ImGui::GetMouseDragDelta(ImGuiMouseButton_Left);
             if (pressedInView && !io.WantCaptureMouse &&
-                moved.x * moved.x + moved.y * moved.y < io.MouseDragThreshold * io.MouseDragThreshold)
+                moved.x * moved.x + moved.y * moved.y <
+                    io.MouseDragThreshold * io.MouseDragThreshold)
                 click(static_cast<int>(x), static_cast<int>(y), io.KeyCtrl);
             pressedInView = false;
         }
@@ -83,7 +84,8 @@ private:
             session.selection().clear();
             session.selectionChanged();
         }
-        if (ImGui::IsKeyPressed(GLFW_KEY_H, false)) session.setNodeShown(session.selection().focusNode(), false);
+        if (ImGui::IsKeyPressed(GLFW_KEY_H, false))
+            session.setNodeShown(session.selection().focusNode(), false);
     }
 
     Session& session;
@@ -94,9 +96,11 @@ private:
 // A progress bar in the middle of the window while a file loads.
 void progressFrame(const BackgroundLoad& load) {
     const ImVec2 display = ImGui::GetIO().DisplaySize;
-    ImGui::SetNextWindowPos(ImVec2(display.x / 2, display.y / 2), ImGuiCond_Always, ImVec2(0.5f, 0.5f));
+    ImGui::SetNextWindowPos(ImVec2(display.x / 2, display.y / 2), ImGuiCond_Always,
+                            ImVec2(0.5f, 0.5f));
     ImGui::SetNextWindowSize(ImVec2(420, 0));
-    ImGui::Begin("Loading", nullptr, ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoSavedSettings);
+    ImGui::Begin("Loading", nullptr,
+                 ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoSavedSettings);
     ImGui::TextUnformatted(labelOf(load.path()).c_str());
     const std::string phase = load.phaseName();
     ImGui::ProgressBar(static_cast<float>(load.fraction()), ImVec2(-1, 0),
@@ -122,8 +126,8 @@ int runViewer(const Options& options) {
     PanelContext& context = ui.context();
     context.files = options.files;
     Controls controls(session, context);
-    auto load = std::make_unique<BackgroundLoad>(options.files.empty() ? std::string() : options.files[0],
-                                                 options.deflection);
+    auto load = std::make_unique<BackgroundLoad>(
+        options.files.empty() ? std::string() : options.files[0], options.deflection);
     while (!window->closing()) {
         // Idle windows wait for input instead of drawing frames no one asked for.
         if (load || ImGui::GetIO().MouseDown[0] || ImGui::GetIO().MouseDown[2])
@@ -146,7 +150,8 @@ int runViewer(const Options& options) {
             } catch (const std::exception& error) {
                 // The first file fails the program as it fails vekload; later ones only say so.
                 if (!session.hasModel()) {
-                    std::fprintf(stderr, "vekview: %s: %s\n", labelOf(load->path()).c_str(), error.what());
+                    std::fprintf(stderr, "vekview: %s: %s\n", labelOf(load->path()).c_str(),
+                                 error.what());
                     return 1;
                 }
                 context.loadError = labelOf(load->path()) + ": " + error.what();

@@ -17,7 +17,8 @@ public:
         Session& session = context.session;
         labels(session);
         const ImVec2 display = ImGui::GetIO().DisplaySize;
-        ImGui::SetNextWindowPos(ImVec2(display.x - 318, display.y * 0.45f + 16), ImGuiCond_FirstUseEver);
+        ImGui::SetNextWindowPos(ImVec2(display.x - 318, display.y * 0.45f + 16),
+                                ImGuiCond_FirstUseEver);
         ImGui::SetNextWindowSize(ImVec2(310, 220), ImGuiCond_FirstUseEver);
         if (ImGui::Begin("Measure")) {
             ImGui::Checkbox("clicks measure", &context.measuring);
@@ -33,24 +34,26 @@ public:
                 context.lastMeasure.clear();
             }
             for (const auto& measure : session.document().tempGraphics->measures)
-                if (measure) ImGui::BulletText("%s", vekhost::utf8FromWide(measure->measureText).c_str());
+                if (measure)
+                    ImGui::BulletText("%s", vekhost::utf8FromWide(measure->measureText).c_str());
         }
         ImGui::End();
     }
 
 private:
-    // Each measure's label where its `point3` appears, behind the panels.
+    // The labels of temporary graphics where they stand, behind the panels.
     static void labels(Session& session) {
         ImDrawList* draw = ImGui::GetBackgroundDrawList();
         const ImVec2 scale = ImGui::GetIO().DisplayFramebufferScale;
-        for (const auto& measure : session.document().tempGraphics->measures) {
-            if (!measure) continue;
+        for (const auto& label : session.document().tempGraphics->texts3d) {
+            if (!label) continue;
             double x = 0;
             double y = 0;
-            const Vec3 at{measure->point3[0], measure->point3[1], measure->point3[2]};
+            const Vec3 at{label->position[0], label->position[1], label->position[2]};
             if (!session.project(at, x, y)) continue;
-            const std::string text = vekhost::utf8FromWide(measure->measureText);
-            const ImVec2 place(static_cast<float>(x) / scale.x + 6, static_cast<float>(y) / scale.y - 18);
+            const std::string text = vekhost::utf8FromWide(label->text);
+            const ImVec2 place(static_cast<float>(x) / scale.x + 6,
+                               static_cast<float>(y) / scale.y - 18);
             const ImVec2 size = ImGui::CalcTextSize(text.c_str());
             draw->AddRectFilled(ImVec2(place.x - 3, place.y - 1),
                                 ImVec2(place.x + size.x + 3, place.y + size.y + 1),

@@ -35,7 +35,9 @@ private:
     void files(PanelContext& context) {
         if (context.files.size() < 2) return;
         const auto nameOf = [&](int i) {
-            return std::filesystem::path(context.files[static_cast<std::size_t>(i)]).filename().string();
+            return std::filesystem::path(context.files[static_cast<std::size_t>(i)])
+                .filename()
+                .string();
         };
         if (ImGui::BeginCombo("file", nameOf(context.currentFile).c_str())) {
             for (int i = 0; i < static_cast<int>(context.files.size()); ++i)
@@ -54,7 +56,8 @@ private:
             // Open every node above the focus, once; the user may close them again.
             openPath.assign(static_cast<std::size_t>(topo.nodes.size()), false);
             std::vector<bool> seen(openPath.size());
-            for (int node = nodeParent(topo, focus); node >= 0 && !seen[static_cast<std::size_t>(node)];
+            for (int node = nodeParent(topo, focus);
+                 node >= 0 && !seen[static_cast<std::size_t>(node)];
                  node = nodeParent(topo, node)) {
                 seen[static_cast<std::size_t>(node)] = true;
                 openPath[static_cast<std::size_t>(node)] = true;
@@ -77,7 +80,8 @@ private:
         const std::vector<int>& chosen = session.selection().keys(nodeKeys);
         const bool selected =
             node == focus || std::find(chosen.begin(), chosen.end(), node) != chosen.end();
-        ImGuiTreeNodeFlags flags = ImGuiTreeNodeFlags_OpenOnArrow | ImGuiTreeNodeFlags_SpanAvailWidth;
+        ImGuiTreeNodeFlags flags =
+            ImGuiTreeNodeFlags_OpenOnArrow | ImGuiTreeNodeFlags_SpanAvailWidth;
         if (children.empty() || depth >= deepest)
             flags |= ImGuiTreeNodeFlags_Leaf | ImGuiTreeNodeFlags_NoTreePushOnOpen;
         if (selected) flags |= ImGuiTreeNodeFlags_Selected;
@@ -89,8 +93,10 @@ private:
         if (name.empty()) name = "node " + std::to_string(node);
         // Shown greyed out when a node above it is hidden.
         const bool dimmed = shown && !session.visibility().nodeShown(node);
-        if (dimmed) ImGui::PushStyleColor(ImGuiCol_Text, ImGui::GetStyleColorVec4(ImGuiCol_TextDisabled));
-        if (static_cast<std::size_t>(node) < openPath.size() && openPath[static_cast<std::size_t>(node)]) {
+        if (dimmed)
+            ImGui::PushStyleColor(ImGuiCol_Text, ImGui::GetStyleColorVec4(ImGuiCol_TextDisabled));
+        if (static_cast<std::size_t>(node) < openPath.size() &&
+            openPath[static_cast<std::size_t>(node)]) {
             ImGui::SetNextItemOpen(true);
             openPath[static_cast<std::size_t>(node)] = false;
         }

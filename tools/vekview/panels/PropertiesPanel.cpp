@@ -39,9 +39,12 @@ public:
             Session& session = context.session;
             Selection& selection = session.selection();
             if (selection.empty()) ImGui::TextDisabled("Click the model or a node of the tree.");
-            if (!selection.keys(faceKeys).empty()) showFace(session, selection.keys(faceKeys).front());
-            if (!selection.keys(edgeKeys).empty()) showEdge(session, selection.keys(edgeKeys).front());
-            if (!selection.keys(meshKeys).empty()) showMesh(session, selection.keys(meshKeys).front());
+            if (!selection.keys(faceKeys).empty())
+                showFace(session, selection.keys(faceKeys).front());
+            if (!selection.keys(edgeKeys).empty())
+                showEdge(session, selection.keys(edgeKeys).front());
+            if (!selection.keys(meshKeys).empty())
+                showMesh(session, selection.keys(meshKeys).front());
             const int node = selection.focusNode();
             if (node >= 0) showNode(session, node);
         }
@@ -57,7 +60,8 @@ private:
         ImGui::Text("key %d%s", face.id, face.flag ? ", reversed" : "");
         const int surface = has(doc.topo->faceRefs1, key) ? doc.topo->faceRefs1.getValue(key) : -1;
         if (has(doc.topo->refs14b, surface))
-            ImGui::Text("surface %d, %s", surface, surfaceTypeName(doc.topo->refs14b.getValue(surface)));
+            ImGui::Text("surface %d, %s", surface,
+                        surfaceTypeName(doc.topo->refs14b.getValue(surface)));
         if (const auto area = session.measurement().faceArea(key)) ImGui::Text("area  %.6g", *area);
         if (has(doc.resources->primitivesA, key)) {
             const veksg::PrimitiveInfo& range = doc.resources->primitivesA.getValue(key);
@@ -92,8 +96,9 @@ private:
             swatch("diffuse", diffuse[0], diffuse[1], diffuse[2]);
         }
         if (has(doc.scene->textures, key) && doc.scene->textures.getValue(key))
-            ImGui::TextWrapped("texture %s",
-                               vekhost::utf8FromWide(doc.scene->textures.getValue(key)->path).c_str());
+            ImGui::TextWrapped(
+                "texture %s",
+                vekhost::utf8FromWide(doc.scene->textures.getValue(key)->path).c_str());
     }
 
     static void showNode(Session& session, int key) {
@@ -114,7 +119,8 @@ private:
         }
         if (has(doc.topo->nodeLists9, key) && !doc.topo->nodeLists9.getValue(key).empty()) {
             const int mesh = doc.topo->nodeLists9.getValue(key).front();
-            if (has(doc.scene->meshMaterials, mesh) && doc.scene->meshMaterials.getValue(mesh).valid) {
+            if (has(doc.scene->meshMaterials, mesh) &&
+                doc.scene->meshMaterials.getValue(mesh).valid) {
                 const auto& diffuse = doc.scene->meshMaterials.getValue(mesh).diffuse;
                 swatch("colour", diffuse[0], diffuse[1], diffuse[2]);
             }

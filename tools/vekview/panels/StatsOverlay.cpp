@@ -13,7 +13,8 @@ public:
         // Smoothed, so that the numbers can be read.
         average = average > 0 ? 0.9 * average + 0.1 * context.frameSeconds : context.frameSeconds;
         const ImVec2 display = ImGui::GetIO().DisplaySize;
-        ImGui::SetNextWindowPos(ImVec2(display.x - 8, display.y - 8), ImGuiCond_Always, ImVec2(1, 1));
+        ImGui::SetNextWindowPos(ImVec2(display.x - 8, display.y - 8), ImGuiCond_Always,
+                                ImVec2(1, 1));
         ImGui::SetNextWindowBgAlpha(0.6f);
         const ImGuiWindowFlags flags = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoInputs |
                                        ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoNav |

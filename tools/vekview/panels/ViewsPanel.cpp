@@ -36,7 +36,8 @@ private:
         ImGui::SameLine();
         if (ImGui::Button("Fit")) session.fit();
         bool perspective = !session.camera().orthographic;
-        if (ImGui::Checkbox("perspective", &perspective)) session.camera().orthographic = !perspective;
+        if (ImGui::Checkbox("perspective", &perspective))
+            session.camera().orthographic = !perspective;
     }
 
     void saved(Session& session) {

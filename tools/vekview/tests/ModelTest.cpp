@@ -20,7 +20,7 @@ std::array<double, 2> ndc(const Camera& camera, const Vec3& p, double aspect) {
     return {clip[0] / clip[3], clip[1] / clip[3]};
 }
 
-TEST(CameraTest, ZoomKeepsThePointUnderTheCursorInBothProjections) {
+TEST(ViewerCamera, ZoomKeepsThePointUnderTheCursorInBothProjections) {
     for (const bool orthographic : {true, false}) {
         Camera camera;
         camera.orthographic = orthographic;
@@ -32,7 +32,8 @@ TEST(CameraTest, ZoomKeepsThePointUnderTheCursorInBothProjections) {
         const ViewAxes axes = camera.axes();
         const double half = camera.viewHeight() / 2;
         // The point under (0.5, -0.25) on the plane through the target.
-        const Vec3 under = camera.target + axes.right * (0.5 * aspect * half) + axes.up * (-0.25 * half);
+        const Vec3 under =
+            camera.target + axes.right * (0.5 * aspect * half) + axes.up * (-0.25 * half);
         camera.zoom(0.6, 0.5, -0.25, aspect);
         const auto after = ndc(camera, under, aspect);
         EXPECT_NEAR(after[0], 0.5, 1e-9);
@@ -41,7 +42,7 @@ TEST(CameraTest, ZoomKeepsThePointUnderTheCursorInBothProjections) {
     }
 }
 
-TEST(CameraTest, OrbitTurnsAroundTheTargetAndFitFillsTheTighterDirection) {
+TEST(ViewerCamera, OrbitTurnsAroundTheTargetAndFitFillsTheTighterDirection) {
     Camera camera;
     camera.setScene({0, 0, 0}, 10);
     camera.eye = {0, -30, 0};
@@ -66,7 +67,7 @@ TEST(CameraTest, OrbitTurnsAroundTheTargetAndFitFillsTheTighterDirection) {
     EXPECT_NEAR(high, 0.9, 1e-9);
 }
 
-TEST(CameraTest, PresetsAreReadAsRowsOfRightUpAndTowardTheViewer) {
+TEST(ViewerCamera, PresetsAreReadAsRowsOfRightUpAndTowardTheViewer) {
     const veksg::SCView views;
     // Key 1 is the front view: +X to the right, +Z up, looking along +Y.
     const ViewAxes front = axesOfPreset(matrixOf(views.orientations.getValue(1)));
@@ -75,15 +76,16 @@ TEST(CameraTest, PresetsAreReadAsRowsOfRightUpAndTowardTheViewer) {
     EXPECT_EQ(front.toward, (Vec3{0, -1, 0}));
 }
 
-class SampleTest : public testing::Test {
+class ViewerModel : public testing::Test {
 protected:
-    SampleTest() : sample(vekhost::loadSample({})), doc(*sample.document), selection(doc) {}
+    ViewerModel() : sample(vekhost::loadSample({})), doc(*sample.document), selection(doc) {}
 
     // The runs of the batch entries for a mesh, lit or not.
     std::vector<int> runsOf(int mesh, bool lit) const {
         const veksg::MeshRT& batch = doc.runtime->meshes;
         for (int entry = 0; entry < batch.instances.size(); ++entry)
-            if (batch.instances.getValue(entry).second == mesh && (batch.flags.getValue(entry) != 0) == lit)
+            if (batch.instances.getValue(entry).second == mesh &&
+                (batch.flags.getValue(entry) != 0) == lit)
                 return batch.lists.getValue(entry);
         return {};
     }
@@ -95,7 +97,7 @@ protected:
     Selection selection;
 };
 
-TEST_F(SampleTest, ASelectedNodeLightsItsSubtreeAndAFaceItsBoundingEdges) {
+TEST_F(ViewerModel, ASelectedNodeLightsItsSubtreeAndAFaceItsBoundingEdges) {
     selection.select(nodeKeys, 0);
     const Highlight all = selection.highlight();
     EXPECT_EQ(std::count(all.faces.begin(), all.faces.end(), true), doc.topo->faces.size());
@@ -115,7 +117,7 @@ TEST_F(SampleTest, ASelectedNodeLightsItsSubtreeAndAFaceItsBoundingEdges) {
     EXPECT_TRUE(selection.empty());
 }
 
-TEST_F(SampleTest, BatchesHoldWhatShowsInRunsAndTheHighlightApart) {
+TEST_F(ViewerModel, BatchesHoldWhatShowsInRunsAndTheHighlightApart) {
     const int mesh = doc.topo->nodeLists9.getValue(1).front();
     const int total = vekhost::vertexCount(*doc.scene->meshes.getValue(mesh));
     fill();
@@ -129,8 +131,9 @@ TEST_F(SampleTest, BatchesHoldWhatShowsInRunsAndTheHighlightApart) {
     selection.select(faceKeys, faces[6]);
     fill();
     EXPECT_EQ(runsOf(mesh, false),
-              (std::vector<int>{0, hidden.first, hidden.first + hidden.count, lit.first - hidden.first - hidden.count,
-                                lit.first + lit.count, total - lit.first - lit.count}));
+              (std::vector<int>{0, hidden.first, hidden.first + hidden.count,
+                                lit.first - hidden.first - hidden.count, lit.first + lit.count,
+                                total - lit.first - lit.count}));
     EXPECT_EQ(runsOf(mesh, true), (std::vector<int>{lit.first, lit.count}));
 
     // A hidden node draws nothing, edges included.
@@ -141,7 +144,7 @@ TEST_F(SampleTest, BatchesHoldWhatShowsInRunsAndTheHighlightApart) {
         EXPECT_NE(doc.runtime->polylines.refs1.getValue(entry), 1);
 }
 
-TEST_F(SampleTest, SavedViewsAndSectionsAreStatesAppliedByTheirExecutors) {
+TEST_F(ViewerModel, SavedViewsAndSectionsAreStatesAppliedByTheirExecutors) {
     Camera camera;
     SectionPlane plane;
     {
@@ -180,13 +183,14 @@ TEST_F(SampleTest, SavedViewsAndSectionsAreStatesAppliedByTheirExecutors) {
     EXPECT_FALSE(doc.states->getExecutor(cameraCommand));
 }
 
-TEST_F(SampleTest, MeasuresUseTheExactGeometryAndLiveInTemporaryGraphics) {
+TEST_F(ViewerModel, MeasuresUseTheExactGeometryAndLiveInTemporaryGraphics) {
     Measurement measure(doc, sample.shapes);
     // The bolt's flange is a cylinder of radius 8.5 around Z.
     Pick rim;
     for (const int edge : doc.topo->nodeLists5.getValue(1)) {
         const veksg::Edge& record = doc.topo->edges.getValue(edge);
-        if (record.kind == GeomAbs_Circle && std::hypot(record.pointA[0], record.pointA[1]) > 8.4f) rim.edge = edge;
+        if (record.kind == GeomAbs_Circle && std::hypot(record.pointA[0], record.pointA[1]) > 8.4f)
+            rim.edge = edge;
     }
     ASSERT_GE(rim.edge, 0);
     measure.setMode(MeasureMode::Radius);
@@ -219,8 +223,9 @@ TEST_F(SampleTest, MeasuresUseTheExactGeometryAndLiveInTemporaryGraphics) {
     EXPECT_EQ(temp.measures.size(), 2);
     EXPECT_EQ(temp.tempValues.size(), 5);
     EXPECT_EQ(temp.measures.getValue(0)->measureText, L"R 8.5");
+    EXPECT_EQ(temp.texts3d.getValue(0)->text, L"R 8.5");
     measure.clear();
-    EXPECT_EQ(temp.measures.size() + temp.tempValues.size(), 0);
+    EXPECT_EQ(temp.measures.size() + temp.tempValues.size() + temp.texts3d.size(), 0);
 }
 
 } // namespace

@@ -19,7 +19,7 @@ bool same(const vekload::Image& a, const vekload::Image& b) {
     return a.width == b.width && a.height == b.height && a.rgba == b.rgba;
 }
 
-TEST(Pictures, EveryPresetAgreesWithTheSoftwarePicture) {
+TEST(ViewerPictures, EveryPresetAgreesWithTheSoftwarePicture) {
     SKIP_WITHOUT_DISPLAY();
     const std::string engine =
         vekhost::test::assimpFile("glTF2/2CylinderEngine-glTF-Binary/2CylinderEngine.glb");
@@ -30,7 +30,9 @@ TEST(Pictures, EveryPresetAgreesWithTheSoftwarePicture) {
             lines.push_back("view " + std::to_string(view));
             lines.push_back("screenshot " + scratch("viewer" + std::to_string(view) + ".png"));
         }
-        ASSERT_EQ(runScript(lines, file.empty() ? std::vector<std::string>{} : std::vector{file}).status, 0);
+        ASSERT_EQ(
+            runScript(lines, file.empty() ? std::vector<std::string>{} : std::vector{file}).status,
+            0);
         for (int view = 0; view < 7; ++view) {
             const std::string reference = scratch("software" + std::to_string(view) + ".png");
             ASSERT_EQ(runVekload(file, view, 200, 150, reference).status, 0);
@@ -41,14 +43,13 @@ TEST(Pictures, EveryPresetAgreesWithTheSoftwarePicture) {
     }
 }
 
-TEST(Pictures, HidingANodeTakesAwayItsPixelsAndNoOthers) {
+TEST(ViewerPictures, HidingANodeTakesAwayItsPixelsAndNoOthers) {
     SKIP_WITHOUT_DISPLAY();
-    const Outcome run = runScript({"size 240 200", "view 0", "screenshot " + scratch("all.png"),
-                               "hide washer", "screenshot " + scratch("hidden.png"), "show 2",
-                               "screenshot " + scratch("shown.png"), "hide bolt", "hide nut",
-                               "hide lock nut", "screenshot " + scratch("washer.png"),
-                               "hide flanged bolt assembly", "show bolt",
-                               "screenshot " + scratch("none.png")});
+    const Outcome run = runScript(
+        {"size 240 200", "view 0", "screenshot " + scratch("all.png"), "hide washer",
+         "screenshot " + scratch("hidden.png"), "show 2", "screenshot " + scratch("shown.png"),
+         "hide bolt", "hide nut", "hide lock nut", "screenshot " + scratch("washer.png"),
+         "hide flanged bolt assembly", "show bolt", "screenshot " + scratch("none.png")});
     ASSERT_EQ(run.status, 0) << run.err;
     const auto all = picture(scratch("all.png"));
     const auto washer = picture(scratch("washer.png"));
@@ -59,8 +60,8 @@ TEST(Pictures, HidingANodeTakesAwayItsPixelsAndNoOthers) {
     for (std::size_t i = 0; i < gone.size(); ++i) {
         outside += gone[i] && !alone[i] ? 1 : 0;
         // Where the picture showed the washer as it looks alone, the washer was in front.
-        const bool washerShown = alone[i] && std::equal(&all.rgba[4 * i], &all.rgba[4 * i + 4],
-                                                        &washer.rgba[4 * i]);
+        const bool washerShown =
+            alone[i] && std::equal(&all.rgba[4 * i], &all.rgba[4 * i + 4], &washer.rgba[4 * i]);
         kept += washerShown && !gone[i] ? 1 : 0;
     }
     EXPECT_GT(count(gone), 500);
@@ -76,22 +77,23 @@ TEST(Pictures, HidingANodeTakesAwayItsPixelsAndNoOthers) {
 int headTop(const vekhost::Document& doc) {
     for (const int face : doc.topo->nodeLists4.getValue(1)) {
         const veksg::Face& record = doc.topo->faces.getValue(face);
-        if (std::fabs(record.pointA[2] - 6.8f) < 1e-4f && std::fabs(record.pointB[2] - 6.8f) < 1e-4f)
+        if (std::fabs(record.pointA[2] - 6.8f) < 1e-4f &&
+            std::fabs(record.pointB[2] - 6.8f) < 1e-4f)
             return face;
     }
     return -1;
 }
 
-TEST(Pictures, APickAtAFaceReportsItAndLightsUpThatFaceAlone) {
+TEST(ViewerPictures, APickAtAFaceReportsItAndLightsUpThatFaceAlone) {
     SKIP_WITHOUT_DISPLAY();
     const vekhost::LoadResult sample = vekhost::loadSample({});
     vekhost::Document& doc = *sample.document;
     const int face = headTop(doc);
     ASSERT_GE(face, 0);
     // The front view shows the flange near the top and the lock nut near the bottom.
-    const Outcome run = runScript({"size 240 200", "view 2", "screenshot " + scratch("before.png"),
-                               "pick 120 100", "screenshot " + scratch("after.png"), "pick 3 3",
-                               "view 1", "pick 155 36"});
+    const Outcome run =
+        runScript({"size 240 200", "view 2", "screenshot " + scratch("before.png"), "pick 120 100",
+                   "screenshot " + scratch("after.png"), "pick 3 3", "view 1", "pick 155 36"});
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.out.substr(0, run.out.rfind("pick 155")),
               "pick 120 100: face " + std::to_string(face) + " node 1\npick 3 3: nothing\n");
@@ -117,7 +119,7 @@ TEST(Pictures, APickAtAFaceReportsItAndLightsUpThatFaceAlone) {
         }
 }
 
-TEST(Pictures, AMeasureBetweenTwoPickedPointsIsTheirDistanceInSpace) {
+TEST(ViewerPictures, AMeasureBetweenTwoPickedPointsIsTheirDistanceInSpace) {
     SKIP_WITHOUT_DISPLAY();
     const vekhost::LoadResult sample = vekhost::loadSample({});
     // The top view shows X and Y at the scale that fits the assembly's box into the margin.
@@ -133,25 +135,25 @@ TEST(Pictures, AMeasureBetweenTwoPickedPointsIsTheirDistanceInSpace) {
     EXPECT_NEAR(reported, std::hypot(88.0 / scale, 6.8 - 1.5), 1e-3);
 }
 
-TEST(Pictures, ARestoredViewLooksAsItDidWhenSaved) {
+TEST(ViewerPictures, ARestoredViewLooksAsItDidWhenSaved) {
     SKIP_WITHOUT_DISPLAY();
-    const Outcome run = runScript({"size 200 150", "projection perspective", "view 0", "orbit 20 -10",
-                               "save-view three quarter", "screenshot " + scratch("saved.png"),
-                               "orbit 40 25", "projection orthographic",
-                               "screenshot " + scratch("moved.png"), "restore-view three quarter",
-                               "screenshot " + scratch("restored.png")});
+    const Outcome run =
+        runScript({"size 200 150", "projection perspective", "view 0", "orbit 20 -10",
+                   "save-view three quarter", "screenshot " + scratch("saved.png"), "orbit 40 25",
+                   "projection orthographic", "screenshot " + scratch("moved.png"),
+                   "restore-view three quarter", "screenshot " + scratch("restored.png")});
     ASSERT_EQ(run.status, 0) << run.err;
     const auto saved = picture(scratch("saved.png"));
     EXPECT_FALSE(same(saved, picture(scratch("moved.png"))));
     EXPECT_TRUE(same(saved, picture(scratch("restored.png"))));
 }
 
-TEST(Pictures, ASectionTakesAwayOneSideAndCapsTheCut) {
+TEST(ViewerPictures, ASectionTakesAwayOneSideAndCapsTheCut) {
     SKIP_WITHOUT_DISPLAY();
     // The front view looks along +Y with +X to the right; the model is centred on X = 0.
     const Outcome run = runScript({"size 240 200", "view 1", "screenshot " + scratch("whole.png"),
-                               "section 1 0 0 0", "screenshot " + scratch("cut.png"),
-                               "section 0 -1 0 0", "screenshot " + scratch("capped.png")});
+                                   "section 1 0 0 0", "screenshot " + scratch("cut.png"),
+                                   "section 0 -1 0 0", "screenshot " + scratch("capped.png")});
     ASSERT_EQ(run.status, 0) << run.err;
     const auto whole = picture(scratch("whole.png"));
     const auto cut = picture(scratch("cut.png"));
@@ -163,7 +165,8 @@ TEST(Pictures, ASectionTakesAwayOneSideAndCapsTheCut) {
             if (x >= 122) right += cut.covered(x, y) ? 1 : 0;
             if (x > 117) continue;
             leftCovered += whole.covered(x, y) ? 1 : 0;
-            leftChanged += std::equal(whole.pixel(x, y), whole.pixel(x, y) + 4, cut.pixel(x, y)) ? 0 : 1;
+            leftChanged +=
+                std::equal(whole.pixel(x, y), whole.pixel(x, y) + 4, cut.pixel(x, y)) ? 0 : 1;
         }
     }
     EXPECT_EQ(right, 0);

@@ -12,7 +12,7 @@ std::string at(int line) {
 }
 
 // Every line is checked before the first runs, so these need no display.
-TEST(Script, ABadLineEndsTheRunBeforeAnythingRuns) {
+TEST(ViewerScript, ABadLineEndsTheRunBeforeAnythingRuns) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"size 64 48", "pick 1 1", "bogus 1"}, at(3) + "unknown command 'bogus'"},
         {{"view 9"}, at(1) + "view: 9 is out of range"},
@@ -30,7 +30,17 @@ TEST(Script, ABadLineEndsTheRunBeforeAnythingRuns) {
     }
 }
 
-TEST(Script, AFileThatDoesNotLoadFailsAsInVekload) {
+TEST(ViewerScript, BadArgumentsExitTwoWithTheUsage) {
+    for (const auto& args : std::vector<std::vector<std::string>>{
+             {"--bogus"}, {"--script"}, {"--deflection", "-1"}, {"--script", "a", "b", "c"}}) {
+        const Outcome run = runVekview(args);
+        EXPECT_EQ(run.status, 2) << args.front();
+        EXPECT_EQ(run.err.rfind("vekview: ", 0), 0u) << run.err;
+    }
+    EXPECT_EQ(runVekview({"--help"}).status, 0);
+}
+
+TEST(ViewerScript, AFileThatDoesNotLoadFailsAsInVekload) {
     const std::string missing = scratch("missing.step");
     const Outcome viewer = runScript({"open " + missing});
     const Outcome loader = runVekload(missing, 0, 8, 8, scratch("never.png"));
@@ -40,7 +50,7 @@ TEST(Script, AFileThatDoesNotLoadFailsAsInVekload) {
     EXPECT_EQ(viewer.err.substr(7), loader.err.substr(7));
 }
 
-TEST(Script, WhatOnlyTheModelCanTellFailsOnItsLine) {
+TEST(ViewerScript, WhatOnlyTheModelCanTellFailsOnItsLine) {
     SKIP_WITHOUT_DISPLAY();
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"size 64 48", "hide no such node"}, at(2) + "no node 'no such node'"},
@@ -52,12 +62,14 @@ TEST(Script, WhatOnlyTheModelCanTellFailsOnItsLine) {
         EXPECT_EQ(run.status, 2) << message;
         EXPECT_EQ(run.err, message + "\n");
     }
-    const Outcome unwritable = runScript({"size 16 16", "screenshot " + scratch("no/such/dir.png")});
+    const Outcome unwritable =
+        runScript({"size 16 16", "screenshot " + scratch("no/such/dir.png")});
     EXPECT_EQ(unwritable.status, 1);
-    EXPECT_EQ(unwritable.err, "vekview: " + scratch("no/such/dir.png") + ": No such file or directory\n");
+    EXPECT_EQ(unwritable.err,
+              "vekview: " + scratch("no/such/dir.png") + ": No such file or directory\n");
 }
 
-TEST(Script, FramesReportTheirMeanTime) {
+TEST(ViewerScript, FramesReportTheirMeanTime) {
     SKIP_WITHOUT_DISPLAY();
     const Outcome run = runScript({"size 64 48", "frames 3"});
     ASSERT_EQ(run.status, 0) << run.err;

@@ -44,24 +44,31 @@ Outcome execute(std::string command) {
 }
 } // namespace
 
+Outcome runVekview(const std::vector<std::string>& args) {
+#ifdef VEKVIEW_PRELOAD
+    std::string command = std::string("LD_PRELOAD='") + VEKVIEW_PRELOAD + "' ";
+#else
+    std::string command;
+#endif
+    command += std::string("'") + VEKVIEW_EXECUTABLE + "'";
+    for (const std::string& arg : args)
+        command += " '" + arg + "'";
+    return execute(command);
+}
+
 Outcome runScript(const std::vector<std::string>& lines, const std::vector<std::string>& files) {
     const std::string script = scratch("script.txt");
     std::ofstream text(script);
     for (const std::string& line : lines)
         text << line << '\n';
     text.close();
-#ifdef VEKVIEW_PRELOAD
-    std::string command = std::string("LD_PRELOAD='") + VEKVIEW_PRELOAD + "' ";
-#else
-    std::string command;
-#endif
-    command += std::string("'") + VEKVIEW_EXECUTABLE + "' --script '" + script + "'";
-    for (const std::string& file : files)
-        command += " '" + file + "'";
-    return execute(command);
+    std::vector<std::string> args = {"--script", script};
+    args.insert(args.end(), files.begin(), files.end());
+    return runVekview(args);
 }
 
-Outcome runVekload(const std::string& file, int view, int width, int height, const std::string& png) {
+Outcome runVekload(const std::string& file, int view, int width, int height,
+                   const std::string& png) {
     std::string command = std::string("'") + VEKLOAD_EXECUTABLE + "' --png '" + png + "' --view " +
                           std::to_string(view) + " --size " + std::to_string(width) + "x" +
                           std::to_string(height);

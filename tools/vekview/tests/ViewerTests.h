@@ -19,10 +19,14 @@ struct Outcome {
 
 /// A path in the test program's scratch directory.
 std::string scratch(const std::string& name);
+/// Runs vekview with these arguments.
+Outcome runVekview(const std::vector<std::string>& args);
 /// Runs vekview on a script of `lines` with `files` after it on the command line.
-Outcome runScript(const std::vector<std::string>& lines, const std::vector<std::string>& files = {});
+Outcome runScript(const std::vector<std::string>& lines,
+                  const std::vector<std::string>& files = {});
 /// Runs vekload on the same picture: `file` (empty for the sample), preset `view`.
-Outcome runVekload(const std::string& file, int view, int width, int height, const std::string& png);
+Outcome runVekload(const std::string& file, int view, int width, int height,
+                   const std::string& png);
 vekload::Image picture(const std::string& path);
 
 using Mask = std::vector<bool>;
@@ -35,6 +39,6 @@ double iou(const Mask& a, const Mask& b);
 
 } // namespace vekview::test
 
-#define SKIP_WITHOUT_DISPLAY()                                                                    \
-    if (!vekview::test::noDisplay().empty())                                                      \
+#define SKIP_WITHOUT_DISPLAY()                                                                     \
+    if (!vekview::test::noDisplay().empty())                                                       \
     GTEST_SKIP() << "no display server can start: " << vekview::test::noDisplay()
