@@ -41,9 +41,11 @@ struct PartGeometry {
         Range points;
     };
 
-    /// Triangles, three vertices each, in `vn` or (with per-vertex colours) in `vnc`; may be
-    /// null.
+    /// Triangles, three vertices each, in `vn`, in `vnc` (per-vertex colours) or in `vnt`
+    /// (texture coordinates for `texture`); may be null.
     std::shared_ptr<veksg::Mesh> mesh;
+    /// The image the mesh's texture coordinates point into; null for none.
+    std::shared_ptr<veksg::Texture> texture;
     std::shared_ptr<veksg::Polyline> lines;
     /// Points without faces (PointCloud.h has the layout); may be null.
     std::shared_ptr<veksg::VertexInfo> points;
@@ -101,6 +103,8 @@ public:
     void complete();
     /// The document being filled, for readers that fill components of their own.
     Document& document() { return doc; }
+    /// The 2D component, for readers of drawings (drawing/DrawingBuilder.h fills it).
+    vek2d::SCScene2D& drawing() { return *doc.drawing; }
 
 private:
     struct Bounds {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Builder.h"
+#include "DrawingCheck.h"
 #include "KeySpaces.h"
 #include "PmiCheck.h"
 #include "RecordsCheck.h"
@@ -38,6 +39,7 @@ public:
         sideTables();
         visibility();
         records();
+        checkDrawing(*doc.drawing, result);
         return std::move(result);
     }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Check.h"
+#include "DrawingOutput.h"
 #include "Isolation.h"
 #include "JsonReport.h"
 #include "Loader.h"
@@ -18,6 +19,7 @@
 #include "ProgressBar.h"
 #include "Render.h"
 #include "Report.h"
+#include "Save.h"
 #include "TextReport.h"
 
 namespace {
@@ -44,11 +46,22 @@ vekload::FileReport loadAndDescribe(const std::string& label,
                                     const std::function<vekhost::LoadResult()>& load,
                                     const vekload::Options& options) {
     try {
-        const vekhost::LoadResult result = load();
+        vekhost::LoadResult result = load();
         if (!options.png.empty()) drawPicture(*result.document, options);
-        if (!options.check) return vekload::describe(label, result, nullptr);
-        const vekhost::CheckResult consistency = vekhost::checkDocument(*result.document);
-        return vekload::describe(label, result, &consistency);
+        vekload::DrawingWork drawing;
+        if (!options.drawing.empty()) drawing = vekload::makeDrawing(result, label, options);
+        vekload::ReportSection saved;
+        if (!options.save.empty())
+            saved = vekload::saveDocument(*result.document, options.save, options.saveLevel);
+        vekhost::CheckResult consistency;
+        if (options.check) consistency = vekhost::checkDocument(*result.document);
+        vekload::FileReport report =
+            vekload::describe(label, result, options.check ? &consistency : nullptr);
+        vekload::ReportSection section =
+            vekload::drawingSection(result, options.drawing.empty() ? nullptr : &drawing);
+        if (!section.key.empty()) report.sections.push_back(std::move(section));
+        if (!options.save.empty()) report.sections.push_back(std::move(saved));
+        return report;
     } catch (const std::exception& error) {
         vekload::FileReport report;
         report.file = label;
