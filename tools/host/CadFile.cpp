@@ -27,19 +27,9 @@
 
 #include "CadHeader.h"
 #include "CadSample.h"
+#include "LeakCheck.h"
 #include "LoadError.h"
 #include "OcctProgress.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define VEKHOST_LSAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define VEKHOST_LSAN 1
-#endif
-#endif
-#ifdef VEKHOST_LSAN
-#include <sanitizer/lsan_interface.h>
-#endif
 
 namespace vekhost {
 

@@ -1,7 +1,5 @@
 #include "PmiFile.h"
 
-#include "CadFile.h"
-
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
@@ -33,16 +31,8 @@
 
 #include <stdexcept>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define VEKHOST_LSAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define VEKHOST_LSAN 1
-#endif
-#endif
-#ifdef VEKHOST_LSAN
-#include <sanitizer/lsan_interface.h>
-#endif
+#include "CadFile.h"
+#include "LeakCheck.h"
 
 namespace vekhost::test {
 
