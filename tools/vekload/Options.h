@@ -1,10 +1,26 @@
 #pragma once
 
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace vekload {
+
+/// The analyses asked for; each runs only when its flag is set.
+struct AnalysisRequest {
+    bool draft = false;
+    std::array<double, 3> pull{0, 0, 1};
+    /// Degrees.
+    double draftMinimum = 1;
+    bool thickness = false;
+    /// Walls under this count as thin; 0 counts none.
+    double thicknessMinimum = 0;
+    bool holes = false;
+    /// The reference to compare with; empty for none.
+    std::string compare;
+    bool any() const { return draft || thickness || holes || !compare.empty(); }
+};
 
 struct Options {
     bool json = false;
@@ -24,6 +40,7 @@ struct Options {
     /// Draw the animation at `time` milliseconds from its start instead of the resting model.
     bool timed = false;
     double time = 0;
+    AnalysisRequest analyses;
     std::vector<std::string> files;
 };
 

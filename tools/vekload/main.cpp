@@ -5,9 +5,11 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Analyses.h"
 #include "Check.h"
 #include "Isolation.h"
 #include "JsonReport.h"
@@ -43,10 +45,17 @@ vekload::FileReport loadAndDescribe(const std::string& label,
                                     const vekload::Options& options) {
     try {
         const vekhost::LoadResult result = load();
+        vekhost::LoadOptions reference;
+        reference.deflection = options.deflection;
+        const vekload::AnalysisRun analyses =
+            vekload::runAnalyses(result, options.analyses, reference);
         if (!options.png.empty()) drawPicture(*result.document, options);
-        if (!options.check) return vekload::describe(label, result, nullptr);
-        const vekhost::CheckResult consistency = vekhost::checkDocument(*result.document);
-        return vekload::describe(label, result, &consistency);
+        std::optional<vekhost::CheckResult> consistency;
+        if (options.check) consistency = vekhost::checkDocument(*result.document);
+        vekload::FileReport report =
+            vekload::describe(label, result, consistency ? &*consistency : nullptr);
+        if (analyses.section) report.sections.push_back(*analyses.section);
+        return report;
     } catch (const std::exception& error) {
         vekload::FileReport report;
         report.file = label;

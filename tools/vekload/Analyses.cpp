@@ -1,0 +1,68 @@
+#include "Analyses.h"
+
+#include <cmath>
+#include <limits>
+#include <sstream>
+
+#include "Draft.h"
+
+namespace vekload {
+
+namespace {
+// JSON has no NaN; an undefined value is null.
+std::string number(double value) {
+    return std::isfinite(value) ? formatNumber(value) : "null";
+}
+
+void draftPart(vekhost::Document& document, const AnalysisRequest& request, AnalysisRun& run,
+               std::ostringstream& json) {
+    vekhost::analyseDraft(document, run.mesh, {request.pull, request.draftMinimum});
+    const veksg::SCDraftAngleAnalysis& draft = *document.draft;
+    int counts[5] = {};
+    double low = std::numeric_limits<double>::infinity();
+    double high = -low;
+    json << "\"draft\": [";
+    const char* separator = "";
+    for (std::size_t face = 0; face < draft.rangesA.size(); ++face) {
+        const auto kind = static_cast<vekhost::DraftClass>(draft.codes[face]);
+        ++counts[draft.codes[face] + 1];
+        if (kind == vekhost::DraftClass::none) continue;
+        const veksg::DraftRange& range = draft.rangesA[face];
+        low = std::min<double>(low, range.from);
+        high = std::max<double>(high, range.to);
+        json << separator << "{\"key\": " << face << ", \"min\": " << number(range.from)
+             << ", \"max\": " << number(range.to) << ", \"class\": \""
+             << vekhost::draftClassName(kind) << "\"}";
+        separator = ", ";
+    }
+    json << ']';
+    std::ostringstream line;
+    line << "draft along (" << formatNumber(request.pull[0]) << ", "
+         << formatNumber(request.pull[1]) << ", " << formatNumber(request.pull[2]) << "), minimum "
+         << formatNumber(request.draftMinimum) << " degrees: " << counts[2] << " positive, "
+         << counts[0] << " negative, " << counts[1] << " insufficient, " << counts[3]
+         << " mixed faces";
+    if (low <= high) line << "; from " << formatNumber(low) << " to " << formatNumber(high);
+    run.section->lines.push_back(line.str());
+    // The ramp is centred on zero so that its middle colour means "no draft".
+    const double reach = std::max(request.draftMinimum * 2, 10.0);
+    run.colours = AnalysisColours{"draft (degrees)", draft.anglesA, -reach, reach};
+}
+} // namespace
+
+AnalysisRun runAnalyses(const vekhost::LoadResult& loaded, const AnalysisRequest& request,
+                        const vekhost::LoadOptions& /*load*/) {
+    AnalysisRun run;
+    if (!request.any()) return run;
+    vekhost::Document& document = *loaded.document;
+    run.mesh = vekhost::PlacedMesh::of(document);
+    run.section = ReportSection{"analyses", "", "analyses", {}};
+    std::ostringstream json;
+    json << '{';
+    if (request.draft) draftPart(document, request, run, json);
+    json << '}';
+    run.section->json = json.str();
+    return run;
+}
+
+} // namespace vekload
