@@ -1,10 +1,13 @@
 #include "Analyses.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <sstream>
 
 #include "Draft.h"
+#include "Holes.h"
+#include "Text.h"
 
 namespace vekload {
 
@@ -48,6 +51,48 @@ void draftPart(vekhost::Document& document, const AnalysisRequest& request, Anal
     const double reach = std::max(request.draftMinimum * 2, 10.0);
     run.colours = AnalysisColours{"draft (degrees)", draft.anglesA, -reach, reach};
 }
+std::string triple(const vekhost::Vec3& v) {
+    return '[' + number(v[0]) + ", " + number(v[1]) + ", " + number(v[2]) + ']';
+}
+
+void holesPart(const vekhost::LoadResult& loaded, AnalysisRun& run, std::ostringstream& json) {
+    json << "\"holes\": [";
+    if (!loaded.shapes) {
+        json << ']';
+        run.section->lines.push_back("holes: none, a mesh file has no B-rep to find them in");
+        return;
+    }
+    const std::vector<vekhost::HoleFound> holes =
+        vekhost::findHoles(*loaded.document, *loaded.shapes);
+    const char* separator = "";
+    int through = 0;
+    for (const vekhost::HoleFound& hole : holes) {
+        json << separator << "{\"diameter\": " << number(hole.diameter)
+             << ", \"depth\": " << number(hole.depth)
+             << ", \"through\": " << (hole.through ? "true" : "false")
+             << ", \"axis\": " << triple(hole.axis) << ", \"origin\": " << triple(hole.entry)
+             << '}';
+        separator = ", ";
+        through += hole.through ? 1 : 0;
+    }
+    json << ']';
+    run.section->lines.push_back("holes: " + std::to_string(holes.size()) + ", " +
+                                 std::to_string(through) + " through");
+    // One line per kind of hole: its name and how many there are.
+    const veksg::SCHoleInfo& info = *loaded.document->holeInfo;
+    std::vector<std::pair<std::wstring, int>> kinds;
+    for (const veksg::HoleRecord& record : info.holeRecords) {
+        auto same = std::find_if(kinds.begin(), kinds.end(),
+                                 [&](const auto& kind) { return kind.first == record.name; });
+        if (same == kinds.end())
+            kinds.emplace_back(record.name, 1);
+        else
+            ++same->second;
+    }
+    for (const auto& [name, count] : kinds)
+        run.section->lines.push_back("  " + std::to_string(count) + " x " +
+                                     vekhost::utf8FromWide(name));
+}
 } // namespace
 
 AnalysisRun runAnalyses(const vekhost::LoadResult& loaded, const AnalysisRequest& request,
@@ -59,7 +104,19 @@ AnalysisRun runAnalyses(const vekhost::LoadResult& loaded, const AnalysisRequest
     run.section = ReportSection{"analyses", "", "analyses", {}};
     std::ostringstream json;
     json << '{';
-    if (request.draft) draftPart(document, request, run, json);
+    const char* separator = "";
+    auto next = [&] {
+        json << separator;
+        separator = ", ";
+    };
+    if (request.draft) {
+        next();
+        draftPart(document, request, run, json);
+    }
+    if (request.holes) {
+        next();
+        holesPart(loaded, run, json);
+    }
     json << '}';
     run.section->json = json.str();
     return run;

@@ -1,16 +1,23 @@
 // The analyses on parts whose answers are known exactly, built here with Open CASCADE.
+#include <BRepAlgoAPI_Cut.hxx>
+#include <BRepAlgoAPI_Fuse.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
 #include <BRepOffsetAPI_ThruSections.hxx>
+#include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepTools.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Wire.hxx>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "Draft.h"
+#include "Holes.h"
 #include "Loader.h"
 #include "PlacedMesh.h"
 #include "TestFiles.h"
@@ -88,6 +95,79 @@ TEST(Draft, SidesOfAFrustumCarryItsDraftAndTheCapsTheirRightAngles) {
     EXPECT_EQ(counts[1], 4); // insufficient
     EXPECT_EQ(counts[2], 1); // positive
     EXPECT_THROW(analyseDraft(document, mesh, {{0, 0, 0}, 1}), std::invalid_argument);
+}
+
+// A plate 100 x 40 x 10 drilled from its top face (z 10) downwards.
+struct Drilling {
+    double x;
+    double diameter;
+    double depth; // 0: through
+    double counterbore = 0;
+    double counterboreDepth = 0;
+};
+
+TopoDS_Shape drilledPlate(const std::vector<Drilling>& drillings) {
+    TopoDS_Shape plate = BRepPrimAPI_MakeBox(gp_Pnt(0, 0, 0), 100, 40, 10).Shape();
+    // A boss on top: a cylinder with the material inside, which is no hole.
+    plate = BRepAlgoAPI_Fuse(
+                plate, BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(90, 30, 10), gp::DZ()), 4, 5).Shape())
+                .Shape();
+    auto tool = [](double x, double diameter, double depth) {
+        // Down from a little above the top, so that the cut leaves no sliver.
+        const double length = depth > 0 ? depth + 1 : 12;
+        return BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(x, 20, 11 - length), gp::DZ()), diameter / 2,
+                                        length)
+            .Shape();
+    };
+    for (const Drilling& d : drillings) {
+        plate = BRepAlgoAPI_Cut(plate, tool(d.x, d.diameter, d.depth)).Shape();
+        if (d.counterbore > 0)
+            plate = BRepAlgoAPI_Cut(plate, tool(d.x, d.counterbore, d.counterboreDepth)).Shape();
+    }
+    return plate;
+}
+
+TEST(Holes, ThroughBlindAndCounterboredHolesOfAPlate) {
+    const std::vector<Drilling> drillings = {{10, 4, 0}, {25, 6, 0}, {40, 8, 0},
+                                             {55, 6, 0}, {70, 5, 6}, {85, 6, 0, 11, 4}};
+    const LoadResult result = loadShape(drilledPlate(drillings), "plate", 0.01);
+    Document& document = *result.document;
+    const std::vector<HoleFound> holes = findHoles(document, *result.shapes);
+    ASSERT_EQ(holes.size(), drillings.size());
+    for (const Drilling& d : drillings) {
+        SCOPED_TRACE("hole at x " + std::to_string(d.x));
+        const auto found = std::find_if(holes.begin(), holes.end(), [&](const HoleFound& h) {
+            return std::fabs(h.entry[0] - d.x) < 1e-6 && std::fabs(h.entry[1] - 20) < 1e-6;
+        });
+        ASSERT_NE(found, holes.end());
+        EXPECT_NEAR(found->diameter, d.diameter, 1e-6);
+        EXPECT_NEAR(found->depth, d.depth > 0 ? d.depth : 10, 0.01);
+        EXPECT_EQ(found->through, d.depth == 0);
+        // Entered from the top, into the plate.
+        EXPECT_NEAR(found->entry[2], 10, 1e-6);
+        EXPECT_NEAR(found->axis[2], -1, 1e-9);
+        EXPECT_EQ(found->faces.size(), d.counterbore > 0 ? 2U : 1U);
+        if (d.counterbore > 0) {
+            EXPECT_NEAR(found->stepDiameters[0], d.counterbore, 1e-6);
+            EXPECT_NEAR(found->stepLengths[0], d.counterboreDepth, 0.01);
+            EXPECT_EQ(found->name, L"\u23006 through");
+        }
+    }
+
+    const veksg::SCHoleInfo& info = *document.holeInfo;
+    ASSERT_EQ(info.holeRecords.size(), holes.size());
+    // Equal diameters share a group: 4, 6 (three holes), 8, 5.
+    ASSERT_EQ(info.holeGroups0.size(), 4U);
+    std::size_t inGroups = 0;
+    for (const auto& [group, entries] : info.holeGroups0) {
+        inGroups += entries.size();
+        for (const veksg::HoleGroupEntry& entry : entries)
+            EXPECT_FLOAT_EQ(entry.diameter, entries.front().diameter);
+    }
+    EXPECT_EQ(inGroups, holes.size());
+    const veksg::SCFeatures& features = *document.features;
+    ASSERT_EQ(features.holes.size(), static_cast<int>(holes.size()));
+    EXPECT_EQ(features.nodeFeatures.getValue(holes.front().node).size(), holes.size());
 }
 
 } // namespace
