@@ -57,8 +57,10 @@ void filterHits(const RTCFilterFunctionNArguments* args) {
     const auto* context = reinterpret_cast<const FilterContext*>(args->context);
     for (unsigned i = 0; i < args->N; ++i) {
         if (args->valid[i] == 0) continue;
+        // Embree sets the ray's far end to the hit it asks about.
         const unsigned triangle = RTCHitN_primID(args->hit, args->N, i);
-        if (!(*context->accept)(static_cast<int>(triangle))) args->valid[i] = 0;
+        const float distance = RTCRayN_tfar(args->ray, args->N, i);
+        if (!(*context->accept)(static_cast<int>(triangle), distance)) args->valid[i] = 0;
     }
 }
 

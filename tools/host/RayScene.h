@@ -22,9 +22,9 @@ public:
         double distance = 0;
         int triangle = -1;
     };
-    /// Decides whether a triangle the ray meets counts, so that a ray passes the ones that
-    /// do not.
-    using Accept = std::function<bool(int triangle)>;
+    /// Decides whether a triangle the ray meets at `distance` counts, so that a ray passes
+    /// the ones that do not.
+    using Accept = std::function<bool(int triangle, double distance)>;
     /// The nearest accepted triangle along the unit `direction` beyond `near`.
     std::optional<Hit> cast(const Vec3& origin, const Vec3& direction, double near,
                             const Accept& accept) const;

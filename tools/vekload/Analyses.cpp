@@ -8,6 +8,7 @@
 #include "Draft.h"
 #include "Holes.h"
 #include "Text.h"
+#include "Thickness.h"
 
 namespace vekload {
 
@@ -51,6 +52,34 @@ void draftPart(vekhost::Document& document, const AnalysisRequest& request, Anal
     const double reach = std::max(request.draftMinimum * 2, 10.0);
     run.colours = AnalysisColours{"draft (degrees)", draft.anglesA, -reach, reach};
 }
+void thicknessPart(vekhost::Document& document, const AnalysisRequest& request,
+                   const vekhost::RayScene& scene, AnalysisRun& run, std::ostringstream& json) {
+    vekhost::analyseThickness(document, run.mesh, scene, {request.thicknessMinimum});
+    const veksg::SCThicknessAnalysis& thickness = *document.thickness;
+    const auto valueAt = [&](int index) {
+        return index < 0 ? std::numeric_limits<double>::quiet_NaN()
+                         : thickness.thicknesses[static_cast<std::size_t>(index)];
+    };
+    const double low = valueAt(thickness.index0);
+    const double high = valueAt(thickness.index1);
+    json << "\"thickness\": {\"min\": " << number(low) << ", \"max\": " << number(high)
+         << ", \"below\": " << thickness.value0 << '}';
+    std::ostringstream line;
+    line << "thickness: " << thickness.value2 << " vertices measured";
+    if (thickness.index0 >= 0)
+        line << ", from " << formatNumber(low) << " at face " << thickness.index2 << " to "
+             << formatNumber(high);
+    if (request.thicknessMinimum > 0)
+        line << ", " << thickness.value0 << " under " << formatNumber(request.thicknessMinimum);
+    if (thickness.value1 > 0) line << ", " << thickness.value1 << " without an opposite wall";
+    run.section->lines.push_back(line.str());
+    std::vector<float> values = thickness.thicknesses;
+    for (float& value : values)
+        if (value < 0) value = std::numeric_limits<float>::quiet_NaN();
+    if (thickness.index0 >= 0)
+        run.colours = AnalysisColours{"thickness", std::move(values), low, std::max(high, low)};
+}
+
 std::string triple(const vekhost::Vec3& v) {
     return '[' + number(v[0]) + ", " + number(v[1]) + ", " + number(v[2]) + ']';
 }
@@ -112,6 +141,11 @@ AnalysisRun runAnalyses(const vekhost::LoadResult& loaded, const AnalysisRequest
     if (request.draft) {
         next();
         draftPart(document, request, run, json);
+    }
+    if (request.thickness) {
+        next();
+        const vekhost::RayScene scene(run.mesh);
+        thicknessPart(document, request, scene, run, json);
     }
     if (request.holes) {
         next();

@@ -3,6 +3,7 @@
 #include <BRepAlgoAPI_Fuse.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
+#include <BRepBuilderAPI_Transform.hxx>
 #include <BRepOffsetAPI_ThruSections.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
@@ -20,7 +21,9 @@
 #include "Holes.h"
 #include "Loader.h"
 #include "PlacedMesh.h"
+#include "RayScene.h"
 #include "TestFiles.h"
+#include "Thickness.h"
 
 namespace vekhost::test {
 namespace {
@@ -168,6 +171,61 @@ TEST(Holes, ThroughBlindAndCounterboredHolesOfAPlate) {
     const veksg::SCFeatures& features = *document.features;
     ASSERT_EQ(features.holes.size(), static_cast<int>(holes.size()));
     EXPECT_EQ(features.nodeFeatures.getValue(holes.front().node).size(), holes.size());
+}
+
+TEST(Thickness, AHollowBoxMeasuresItsWallsAndNeverZeroAtItsEdges) {
+    // Walls 2 thick all round a closed void, turned off the axes so that rays along a face
+    // run through its plane by rounding rather than exactly in it.
+    const TopoDS_Shape box =
+        BRepAlgoAPI_Cut(BRepPrimAPI_MakeBox(gp_Pnt(0, 0, 0), 40, 30, 20).Shape(),
+                        BRepPrimAPI_MakeBox(gp_Pnt(2, 2, 2), 36, 26, 16).Shape())
+            .Shape();
+    gp_Trsf turn;
+    turn.SetRotation(gp_Ax1(gp_Pnt(1, 2, 3), gp_Dir(1, 2, 3)), 0.7);
+    const TopoDS_Shape turned = BRepBuilderAPI_Transform(box, turn, true).Shape();
+    const LoadResult result = loadShape(turned, "hollow", 0.01);
+    Document& document = *result.document;
+    const PlacedMesh mesh = PlacedMesh::of(document);
+    const RayScene scene(mesh);
+    analyseThickness(document, mesh, scene, {2.5});
+    const veksg::SCThicknessAnalysis& thickness = *document.thickness;
+    ASSERT_TRUE(thickness.computed);
+    ASSERT_EQ(thickness.thicknesses.size(), mesh.points.size());
+    // Every ray starts inside a closed solid, so every one finds its wall; those from an
+    // edge or corner run along a neighbouring face, which must not stop them at once.
+    EXPECT_EQ(thickness.value1, 0);
+    std::size_t walls = 0;
+    for (std::size_t i = 0; i < thickness.thicknesses.size(); ++i) {
+        const float value = thickness.thicknesses[i];
+        ASSERT_GT(value, 2 - 1e-3) << "vertex " << i;
+        walls += std::fabs(value - 2) < 1e-3 ? 1 : 0;
+    }
+    // Each face is two triangles, so every vertex is a corner: those of the void see a wall
+    // of 2, those outside see across the box.
+    EXPECT_EQ(walls, mesh.points.size() / 2);
+    EXPECT_NEAR(thickness.thicknesses[static_cast<std::size_t>(thickness.index0)], 2, 1e-3);
+    EXPECT_NEAR(thickness.thicknesses[static_cast<std::size_t>(thickness.index1)], 40, 1e-3);
+    // Below 2.5: exactly the walls, listed by vertex.
+    EXPECT_EQ(thickness.value0, static_cast<int>(walls));
+    ASSERT_EQ(thickness.ids.size(), walls);
+    for (const unsigned long id : thickness.ids)
+        EXPECT_NEAR(thickness.thicknesses[id], 2, 1e-3);
+}
+
+TEST(Thickness, RaysFromAnEdgeIgnoreTheFaceTheyGraze) {
+    // Sides 0.3 degrees off the vertical: a ray up from the bottom's edge leaves through the
+    // side at once.
+    const LoadResult result = loadShape(frustum(40, 10, 0.3), "steep", 0.01);
+    Document& document = *result.document;
+    const PlacedMesh mesh = PlacedMesh::of(document);
+    const RayScene scene(mesh);
+    analyseThickness(document, mesh, scene, {});
+    const veksg::SCThicknessAnalysis& thickness = *document.thickness;
+    for (std::size_t i = 0; i < thickness.thicknesses.size(); ++i) {
+        const float value = thickness.thicknesses[i];
+        EXPECT_TRUE(value < 0 || value > 9.9) << "vertex " << i << ": " << value;
+    }
+    EXPECT_NEAR(thickness.thicknesses[static_cast<std::size_t>(thickness.index0)], 10, 0.01);
 }
 
 } // namespace
