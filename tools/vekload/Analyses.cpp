@@ -4,7 +4,9 @@
 #include <cmath>
 #include <limits>
 #include <sstream>
+#include <stdexcept>
 
+#include "Comparison.h"
 #include "Draft.h"
 #include "Holes.h"
 #include "Text.h"
@@ -80,6 +82,28 @@ void thicknessPart(vekhost::Document& document, const AnalysisRequest& request,
         run.colours = AnalysisColours{"thickness", std::move(values), low, std::max(high, low)};
 }
 
+void comparePart(vekhost::Document& document, const AnalysisRequest& request,
+                 const vekhost::LoadOptions& load, AnalysisRun& run, std::ostringstream& json) {
+    const vekhost::LoadResult reference = vekhost::loadFile(request.compare, load);
+    const vekhost::PlacedMesh referenceMesh = vekhost::PlacedMesh::of(*reference.document);
+    if (referenceMesh.points.empty())
+        throw std::runtime_error("--compare: " + request.compare +
+                                 " has no surface to compare with");
+    const vekhost::RayScene scene(referenceMesh);
+    vekhost::ComparisonResult result =
+        vekhost::compareWith(document, run.mesh, scene, vekhost::wideFromUtf8(request.compare));
+    json << "\"compare\": {\"min\": " << number(result.min) << ", \"max\": " << number(result.max)
+         << ", \"mean\": " << number(result.mean) << ", \"rms\": " << number(result.rms) << '}';
+    run.section->lines.push_back("compared with " + request.compare + ": from " +
+                                 formatNumber(result.min) + " to " + formatNumber(result.max) +
+                                 ", mean " + formatNumber(result.mean) + ", rms " +
+                                 formatNumber(result.rms));
+    // Symmetric about zero, so that the middle colour means "where the reference is".
+    const double reach = std::max({std::fabs(result.min), std::fabs(result.max), 1e-12});
+    run.colours = AnalysisColours{"distance to " + request.compare, std::move(result.distances),
+                                  -reach, reach};
+}
+
 std::string triple(const vekhost::Vec3& v) {
     return '[' + number(v[0]) + ", " + number(v[1]) + ", " + number(v[2]) + ']';
 }
@@ -125,7 +149,7 @@ void holesPart(const vekhost::LoadResult& loaded, AnalysisRun& run, std::ostring
 } // namespace
 
 AnalysisRun runAnalyses(const vekhost::LoadResult& loaded, const AnalysisRequest& request,
-                        const vekhost::LoadOptions& /*load*/) {
+                        const vekhost::LoadOptions& load) {
     AnalysisRun run;
     if (!request.any()) return run;
     vekhost::Document& document = *loaded.document;
@@ -150,6 +174,10 @@ AnalysisRun runAnalyses(const vekhost::LoadResult& loaded, const AnalysisRequest
     if (request.holes) {
         next();
         holesPart(loaded, run, json);
+    }
+    if (!request.compare.empty()) {
+        next();
+        comparePart(document, request, load, run, json);
     }
     json << '}';
     run.section->json = json.str();

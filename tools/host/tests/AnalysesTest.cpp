@@ -7,6 +7,7 @@
 #include <BRepOffsetAPI_ThruSections.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
+#include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepTools.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Wire.hxx>
@@ -17,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "Comparison.h"
 #include "Draft.h"
 #include "Holes.h"
 #include "Loader.h"
@@ -226,6 +228,38 @@ TEST(Thickness, RaysFromAnEdgeIgnoreTheFaceTheyGraze) {
         EXPECT_TRUE(value < 0 || value > 9.9) << "vertex " << i << ": " << value;
     }
     EXPECT_NEAR(thickness.thicknesses[static_cast<std::size_t>(thickness.index0)], 10, 0.01);
+}
+
+TEST(Comparison, ACopyMovedByAKnownDistance) {
+    const double radius = 5;
+    const TopoDS_Shape ball = BRepPrimAPI_MakeSphere(gp_Pnt(0, 0, 0), radius).Shape();
+    gp_Trsf lift;
+    lift.SetTranslation(gp_Vec(0, 0, 0.5));
+    const double deflection = 0.01;
+    const LoadResult original = loadShape(ball, "original", deflection);
+    const LoadResult moved =
+        loadShape(BRepBuilderAPI_Transform(ball, lift, true).Shape(), "moved", deflection);
+    const PlacedMesh reference = PlacedMesh::of(*original.document);
+    const RayScene scene(reference);
+    Document& document = *moved.document;
+    const PlacedMesh mesh = PlacedMesh::of(document);
+    const ComparisonResult result = compareWith(document, mesh, scene, L"original.brep");
+    // Every vertex lies on the lifted sphere; its distance to the original is its distance
+    // from the centre less the radius, up to the original's chords.
+    ASSERT_EQ(result.distances.size(), mesh.points.size());
+    for (std::size_t i = 0; i < mesh.points.size(); ++i) {
+        const Vec3& p = mesh.points[i];
+        const double expected = std::sqrt(p[0] * p[0] + p[1] * p[1] + p[2] * p[2]) - radius;
+        ASSERT_NEAR(result.distances[i], expected, deflection) << "vertex " << i;
+    }
+    // The poles stand 0.5 out at the top and 0.5 in at the bottom.
+    EXPECT_NEAR(result.max, 0.5, 1e-5);
+    EXPECT_NEAR(result.min, -0.5, deflection);
+    EXPECT_STREQ(document.comparison->refFile(), L"original.brep");
+    EXPECT_EQ(std::wstring(document.comparison->cmpFile()), document.info->filePath);
+
+    const ComparisonResult same = compareWith(document, mesh, RayScene(mesh), L"itself");
+    EXPECT_NEAR(same.rms, 0, 1e-6);
 }
 
 } // namespace
