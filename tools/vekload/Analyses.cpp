@@ -78,8 +78,12 @@ void thicknessPart(vekhost::Document& document, const AnalysisRequest& request,
     std::vector<float> values = thickness.thicknesses;
     for (float& value : values)
         if (value < 0) value = std::numeric_limits<float>::quiet_NaN();
+    // Thin is red. With a minimum the ramp ends at three times it, so that the walls near it
+    // stand out from the rest.
+    const double thick = request.thicknessMinimum > 0 ? 3 * request.thicknessMinimum : high;
     if (thickness.index0 >= 0)
-        run.colours = AnalysisColours{"thickness", std::move(values), low, std::max(high, low)};
+        run.colours = AnalysisColours{"thickness", std::move(values), thick,
+                                      request.thicknessMinimum > 0 ? 0.0 : low};
 }
 
 void comparePart(vekhost::Document& document, const AnalysisRequest& request,

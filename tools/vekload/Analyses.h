@@ -12,7 +12,7 @@
 namespace vekload {
 
 /// What a picture shows of an analysis: a value per vertex of the placed mesh (NaN for
-/// none) on a ramp from `low` to `high`.
+/// none) on a ramp from `low` (blue) to `high` (red).
 struct AnalysisColours {
     std::string title;
     std::vector<float> values;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "Document.h"
@@ -35,6 +37,9 @@ struct RenderOptions {
     /// Draw the nodes where the animation puts them `time` milliseconds after its start.
     bool timed = false;
     double time = 0;
+    /// Colours that replace a face's own (an analysis's): for vertex `index` of the face's
+    /// `primitivesA` range, true with `rgb` (0 to 1) set, or false to keep the face's colour.
+    std::function<bool(int face, int index, std::array<double, 3>& rgb)> faceColours;
 };
 
 /// Pixels kept free on each side when the model is fitted to the picture.

@@ -13,6 +13,7 @@
 #include "Check.h"
 #include "Isolation.h"
 #include "JsonReport.h"
+#include "Legend.h"
 #include "Loader.h"
 #include "Options.h"
 #include "Png.h"
@@ -24,14 +25,18 @@
 namespace {
 constexpr const char* sampleName = "flanged-bolt (built-in sample)";
 
-void drawPicture(const vekhost::Document& document, const vekload::Options& options) {
+void drawPicture(const vekhost::Document& document, const vekload::Options& options,
+                 const vekload::AnalysisRun& analyses) {
     vekload::RenderOptions picture;
     picture.width = options.width;
     picture.height = options.height;
     picture.view = options.view;
     picture.timed = options.timed;
     picture.time = options.time;
-    vekload::writePng(options.png, vekload::render(document, picture));
+    vekload::writePng(options.png, analyses.colours
+                                       ? vekload::renderAnalysis(document, picture, analyses.mesh,
+                                                                 *analyses.colours)
+                                       : vekload::render(document, picture));
 }
 
 vekhost::LoadOptions reportingTo(vekhost::Progress& progress, vekhost::LoadOptions options) {
@@ -49,7 +54,7 @@ vekload::FileReport loadAndDescribe(const std::string& label,
         reference.deflection = options.deflection;
         const vekload::AnalysisRun analyses =
             vekload::runAnalyses(result, options.analyses, reference);
-        if (!options.png.empty()) drawPicture(*result.document, options);
+        if (!options.png.empty()) drawPicture(*result.document, options, analyses);
         std::optional<vekhost::CheckResult> consistency;
         if (options.check) consistency = vekhost::checkDocument(*result.document);
         vekload::FileReport report =
