@@ -8,11 +8,9 @@
 namespace vekhost {
 
 namespace {
-// A ray leaves the material through a wall that faces along it; a wall it meets at less
-// than this cosine it only grazes (an edge's neighbour face, met at its very start).
+// A ray leaves the material through a wall that faces along it; one it meets at less than
+// this cosine it only grazes or enters.
 constexpr double leaving = 1e-3;
-// The cosine under which a ray from an edge grazes the face across it: about 6 degrees.
-constexpr double grazing = 0.1;
 // How far towards its triangle's centre a ray starts, as a share of the way.
 constexpr double inside = 1e-4;
 
@@ -91,16 +89,14 @@ void analyseThickness(Document& document, const PlacedMesh& mesh, const RayScene
             Vec3 normal = mesh.normals[i];
             if (dot(normal, normal) == 0) normal = scene.normal(static_cast<int>(i / 3));
             if (dot(normal, normal) == 0) continue;
-            // A ray from an edge whose faces meet at nearly a right angle may leave at once
-            // through the face across it, which it only grazes; that face counts beyond the
-            // start's triangle, or where it is met more squarely.
+            // A ray from an edge or a corner leaves at once through the face across it where
+            // the two meet at less than a right angle (or at one, by rounding): a wall of no
+            // thickness that says nothing. That face counts only beyond the start's triangle.
             const int face = mesh.faces[i];
             const double reach = longestSide(mesh, i / 3 * 3);
             const auto across = [&](int triangle, double distance) {
                 const int other = mesh.faces[static_cast<std::size_t>(triangle) * 3];
-                if (face < 0 || other < 0 || distance >= reach ||
-                    -dot(normal, scene.normal(triangle)) >= grazing)
-                    return false;
+                if (face < 0 || other < 0 || distance >= reach) return false;
                 const auto& near = around[static_cast<std::size_t>(face)];
                 return std::binary_search(near.begin(), near.end(), other);
             };

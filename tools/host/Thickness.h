@@ -15,7 +15,8 @@ struct ThicknessSettings {
 
 /// The wall thickness at every vertex of `mesh`: the distance along the inward normal to the
 /// wall through which the ray leaves the material, cast over `scene` (made from `mesh`).
-/// Faces the ray only grazes, such as the neighbours of an edge it starts on, do not count.
+/// Walls the ray enters rather than leaves do not count, nor, within the start's triangle,
+/// the faces next to the start's, so that a ray from an edge never meets a wall of zero.
 /// Results go to `document.thickness`; a vertex whose ray finds no wall gets -1.
 void analyseThickness(Document& document, const PlacedMesh& mesh, const RayScene& scene,
                       const ThicknessSettings& settings);
