@@ -88,7 +88,13 @@ void thicknessPart(vekhost::Document& document, const AnalysisRequest& request,
 
 void comparePart(vekhost::Document& document, const AnalysisRequest& request,
                  const vekhost::LoadOptions& load, AnalysisRun& run, std::ostringstream& json) {
-    const vekhost::LoadResult reference = vekhost::loadFile(request.compare, load);
+    // The file's line of error names the file; the cause names the reference.
+    vekhost::LoadResult reference;
+    try {
+        reference = vekhost::loadFile(request.compare, load);
+    } catch (const std::exception& error) {
+        throw std::runtime_error("reference " + request.compare + ": " + error.what());
+    }
     const vekhost::PlacedMesh referenceMesh = vekhost::PlacedMesh::of(*reference.document);
     if (referenceMesh.points.empty())
         throw std::runtime_error("--compare: " + request.compare +
