@@ -17,6 +17,8 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <map>
+#include <memory>
 #include <optional>
 
 #include "Text.h"
@@ -175,13 +177,17 @@ private:
         return group;
     }
 
-    // Open at an end when the axis just beyond it is out of the material.
-    bool open(int node, const gp_Pnt& beyond) const {
-        BRepClass3d_SolidClassifier classifier(shapes.node(node), beyond, 1e-7);
-        return classifier.State() != TopAbs_IN;
+    // Open at an end when the axis just beyond it is out of the material. A node's
+    // classifier is made once: making one costs far more than asking it.
+    bool open(int node, const gp_Pnt& beyond) {
+        std::unique_ptr<BRepClass3d_SolidClassifier>& classifier = classifiers[node];
+        if (!classifier)
+            classifier = std::make_unique<BRepClass3d_SolidClassifier>(shapes.node(node));
+        classifier->Perform(beyond, 1e-7);
+        return classifier->State() != TopAbs_IN;
     }
 
-    std::optional<HoleFound> describe(std::vector<Wall>& group) const {
+    std::optional<HoleFound> describe(std::vector<Wall>& group) {
         const gp_Ax1 axis = group.front().axis;
         double from = std::numeric_limits<double>::infinity(), to = -from;
         double narrowest = from;
@@ -236,6 +242,7 @@ private:
 
     Document& document;
     const CadShapes& shapes;
+    std::map<int, std::unique_ptr<BRepClass3d_SolidClassifier>> classifiers;
 };
 
 veksg::Point3 toPoint(const Vec3& v) {
