@@ -34,13 +34,13 @@ Matrix placementOf(const veksg::SCScene& scene, int node) {
 // where the placement mirrors.
 Matrix normalTransform(const Matrix& place) {
     const auto& m = place.m;
-    auto at = [&](int row, int column) { return m[static_cast<std::size_t>(column * 4 + row)]; };
+    auto at = [&](std::size_t row, std::size_t column) { return m[column * 4 + row]; };
     Matrix out;
-    for (int r = 0; r < 3; ++r)
-        for (int c = 0; c < 3; ++c) {
-            const int r1 = (r + 1) % 3, r2 = (r + 2) % 3, c1 = (c + 1) % 3, c2 = (c + 2) % 3;
-            out.m[static_cast<std::size_t>(c * 4 + r)] =
-                at(r1, c1) * at(r2, c2) - at(r1, c2) * at(r2, c1);
+    for (std::size_t r = 0; r < 3; ++r)
+        for (std::size_t c = 0; c < 3; ++c) {
+            const std::size_t r1 = (r + 1) % 3, r2 = (r + 2) % 3, c1 = (c + 1) % 3,
+                              c2 = (c + 2) % 3;
+            out.m[c * 4 + r] = at(r1, c1) * at(r2, c2) - at(r1, c2) * at(r2, c1);
         }
     const double det = at(0, 0) * out.m[0] + at(0, 1) * out.m[4] + at(0, 2) * out.m[8];
     if (det < 0)

@@ -65,7 +65,7 @@ void filterHits(const RTCFilterFunctionNArguments* args) {
 }
 
 struct NearestQuery {
-    const PlacedMesh* mesh;
+    const PlacedMesh* mesh = nullptr;
     RayScene::Nearest best;
     bool found = false;
 };

@@ -29,7 +29,10 @@ namespace {
 void fill(Image& image, int x0, int y0, int x1, int y1, const std::array<double, 3>& rgb) {
     for (int y = std::max(0, y0); y < std::min(image.height, y1); ++y)
         for (int x = std::max(0, x0); x < std::min(image.width, x1); ++x) {
-            std::uint8_t* pixel = &image.rgba[(static_cast<std::size_t>(y) * image.width + x) * 4];
+            std::uint8_t* pixel =
+                &image.rgba[(static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width) +
+                             static_cast<std::size_t>(x)) *
+                            4];
             for (std::size_t i = 0; i < 3; ++i)
                 pixel[i] = static_cast<std::uint8_t>(std::lround(255 * rgb[i]));
             pixel[3] = 255;
@@ -68,10 +71,16 @@ void write(Image& image, const std::vector<Label>& labels, double size) {
     for (int y = 0; y < image.height; ++y)
         for (int x = 0; x < image.width; ++x) {
             std::uint32_t word = 0;
-            std::memcpy(&word, data + static_cast<std::ptrdiff_t>(y) * stride + x * 4, 4);
+            std::memcpy(&word,
+                        data + static_cast<std::ptrdiff_t>(y) * stride +
+                            static_cast<std::ptrdiff_t>(x) * 4,
+                        4);
             const unsigned alpha = word >> 24;
             if (alpha == 0) continue;
-            std::uint8_t* pixel = &image.rgba[(static_cast<std::size_t>(y) * image.width + x) * 4];
+            std::uint8_t* pixel =
+                &image.rgba[(static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width) +
+                             static_cast<std::size_t>(x)) *
+                            4];
             const unsigned ink[3] = {(word >> 16) & 255, (word >> 8) & 255, word & 255};
             for (std::size_t i = 0; i < 3; ++i) {
                 const unsigned under = pixel[3] ? pixel[i] : 255;
@@ -97,8 +106,9 @@ Image renderAnalysis(const vekhost::Document& document, RenderOptions options,
         if (face < 0 || static_cast<std::size_t>(face) >= mesh.ranges.size()) return false;
         const vekhost::PlacedMesh::Range& range = mesh.ranges[static_cast<std::size_t>(face)];
         if (index < 0 || index >= range.count) return false;
-        rgb = rampColour(colours.values[static_cast<std::size_t>(range.first + index)], colours.low,
-                         colours.high);
+        rgb = rampColour(
+            colours.values[static_cast<std::size_t>(range.first) + static_cast<std::size_t>(index)],
+            colours.low, colours.high);
         return true;
     };
     const Image model = render(document, options);
