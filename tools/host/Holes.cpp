@@ -33,6 +33,8 @@ struct Wall {
     gp_Ax1 axis;
     bool cylinder = true;
     double diameter = 0;
+    /// The angle a cylinder spans around its axis.
+    double turn = 0;
     double from = 0;
     double to = 0;
 };
@@ -80,6 +82,7 @@ bool innerWall(const TopoDS_Face& face, Wall& wall) {
     }
     double u0 = 0, u1 = 0, v0 = 0, v1 = 0;
     BRepTools::UVBounds(face, u0, u1, v0, v1);
+    wall.turn = u1 - u0;
     BRepLProp_SLProps props(surface, (u0 + u1) / 2, (v0 + v1) / 2, 1, 1e-9);
     if (!props.IsNormalDefined()) return false;
     gp_Dir normal = props.Normal();
@@ -196,6 +199,11 @@ private:
             to = std::max(to, wall.to);
             if (wall.cylinder) narrowest = std::min(narrowest, wall.diameter);
         }
+        // A hole goes all the way round; a channel or a fillet does not.
+        double turn = 0;
+        for (const Wall& wall : group)
+            if (wall.cylinder && wall.diameter <= narrowest * (1 + 1e-9)) turn += wall.turn;
+        if (turn < 2 * M_PI * (1 - 1e-6)) return std::nullopt;
         const gp_Pnt origin = axis.Location();
         const gp_Vec d(axis.Direction());
         const double step = std::max(1e-3 * (to - from), 0.05 * narrowest);

@@ -155,6 +155,22 @@ void holesPart(const vekhost::LoadResult& loaded, AnalysisRun& run, std::ostring
     for (const auto& [name, count] : kinds)
         run.section->lines.push_back("  " + std::to_string(count) + " x " +
                                      vekhost::utf8FromWide(name));
+    // The holes' faces by diameter; the rest of the part grey.
+    if (holes.empty()) return;
+    std::vector<float> values(run.mesh.points.size(), std::numeric_limits<float>::quiet_NaN());
+    double low = holes.front().diameter, high = low;
+    for (const vekhost::HoleFound& hole : holes) {
+        low = std::min(low, hole.diameter);
+        high = std::max(high, hole.diameter);
+        for (const int face : hole.faces) {
+            if (face < 0 || static_cast<std::size_t>(face) >= run.mesh.ranges.size()) continue;
+            const vekhost::PlacedMesh::Range& range =
+                run.mesh.ranges[static_cast<std::size_t>(face)];
+            std::fill_n(values.begin() + range.first, range.count,
+                        static_cast<float>(hole.diameter));
+        }
+    }
+    run.colours = AnalysisColours{"hole diameter", std::move(values), low, high};
 }
 } // namespace
 

@@ -24,7 +24,8 @@ struct AnalysisRun {
     /// The "analyses" section of the file's report; none when nothing was asked for.
     std::optional<ReportSection> section;
     vekhost::PlacedMesh mesh;
-    /// Of the last analysis asked for that has values per vertex.
+    /// Of the comparison, else the holes, else the thickness, else the draft, whichever of
+    /// them was asked for.
     std::optional<AnalysisColours> colours;
 };
 

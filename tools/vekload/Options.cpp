@@ -111,7 +111,8 @@ const char* usage() {
            "  --thickness [MIN]  wall thickness at every mesh vertex; counts walls under MIN\n"
            "  --holes         recognise cylindrical holes\n"
            "  --compare REF   signed distances from the model to the file REF's surface\n"
-           "                  (with --png the picture shows the last analysis asked for)\n"
+           "                  (with --png the picture shows the comparison, else the holes,\n"
+           "                  else the thickness, else the draft)\n"
            "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
            "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }

@@ -124,6 +124,11 @@ TopoDS_Shape drilledPlate(const std::vector<Drilling>& drillings) {
                                         length)
             .Shape();
     };
+    // A channel across the top, half a cylinder: no hole.
+    plate =
+        BRepAlgoAPI_Cut(
+            plate, BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(48, -1, 10), gp::DY()), 3, 42).Shape())
+            .Shape();
     for (const Drilling& d : drillings) {
         plate = BRepAlgoAPI_Cut(plate, tool(d.x, d.diameter, d.depth)).Shape();
         if (d.counterbore > 0)
