@@ -199,11 +199,12 @@ private:
             to = std::max(to, wall.to);
             if (wall.cylinder) narrowest = std::min(narrowest, wall.diameter);
         }
-        // A hole goes all the way round; a channel or a fillet does not.
+        // A hole goes round its axis, but for where a crossing feature cuts into it; a
+        // channel, a fillet, a hole cut in half does not.
         double turn = 0;
         for (const Wall& wall : group)
             if (wall.cylinder && wall.diameter <= narrowest * (1 + 1e-9)) turn += wall.turn;
-        if (turn < 2 * M_PI * (1 - 1e-6)) return std::nullopt;
+        if (turn < 0.9 * 2 * M_PI) return std::nullopt;
         const gp_Pnt origin = axis.Location();
         const gp_Vec d(axis.Direction());
         const double step = std::max(1e-3 * (to - from), 0.05 * narrowest);
