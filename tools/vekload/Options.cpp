@@ -53,6 +53,7 @@ void pictureSize(const char* text, int& width, int& height) {
         !wholeNumber(rest + 1, 1, largest, height, &rest) || *rest != '\0')
         throw std::invalid_argument("--size needs WIDTHxHEIGHT, each from 1 to 8192 pixels");
 }
+
 // X,Y,Z[,MIN]: the pull direction and the minimum draft.
 void draftSettings(const char* text, AnalysisRequest& request) {
     double values[4] = {0, 0, 0, request.draftMinimum};

@@ -101,28 +101,30 @@ TEST(CommandLine, GivesUpOnAFilePastTheTimeout) {
 }
 
 TEST(CommandLine, RejectsBadArgumentsWithUsage) {
-    const std::vector<std::vector<std::string>> cases = {{"--deflection"},
-                                                         {"--deflection", "-1"},
-                                                         {"--deflection", "0.1mm"},
-                                                         {"--timeout", "nan"},
-                                                         {"--frobnicate"},
-                                                         {"--png"},
-                                                         {"--png", "a.png", "--view", "7"},
-                                                         {"--png", "a.png", "--view", "-1"},
-                                                         {"--png", "a.png", "--view", "1.5"},
-                                                         {"--png", "a.png", "--size", "0x10"},
-                                                         {"--png", "a.png", "--size", "640"},
-                                                         {"--png", "a.png", "--size", "64x48x2"},
-                                                         {"--view", "2"},
-                                                         {"--time", "5"},
-                                                         {"--png", "a.png", "--time", "soon"},
-                                                         {"--png", "a.png", "one.step", "two.step"},
-                                                         {"--draft", "0,0,0"},
-                                                         {"--draft", "0,1"},
-                                                         {"--draft", "0,0,1,90"},
-                                                         {"--draft", "0,0,1,1,1"},
-                                                         {"--draft", "0,0,1,"},
-                                                         {"--compare"}};
+    const std::vector<std::vector<std::string>> cases = {
+        {"--deflection"},
+        {"--deflection", "-1"},
+        {"--deflection", "0.1mm"},
+        {"--timeout", "nan"},
+        {"--frobnicate"},
+        {"--png"},
+        {"--png", "a.png", "--view", "7"},
+        {"--png", "a.png", "--view", "-1"},
+        {"--png", "a.png", "--view", "1.5"},
+        {"--png", "a.png", "--size", "0x10"},
+        {"--png", "a.png", "--size", "640"},
+        {"--png", "a.png", "--size", "64x48x2"},
+        {"--view", "2"},
+        {"--time", "5"},
+        {"--png", "a.png", "--time", "soon"},
+        {"--png", "a.png", "one.step", "two.step"},
+        {"--draft", "0,0,0"},
+        {"--draft", "0,1"},
+        {"--draft", "0,0,1,90"},
+        {"--draft", "0,0,1,1,1"},
+        {"--draft", "0,0,1,"},
+        {"--compare"},
+    };
     for (const auto& args : cases) {
         const Outcome result = run(args);
         EXPECT_EQ(result.status, 2) << args.front();

@@ -78,8 +78,8 @@ TEST(ReportSections, TellTheDocumentsRecords) {
     EXPECT_EQ(sections[0].json, "{\"unit\": \"mm\", \"fileUnit\": \"in\", \"tolerance\": 0.001, "
                                 "\"entities\": 0, \"roots\": -1, \"animations\": 0, "
                                 "\"attributes\": [{\"key\": \"author\", \"value\": \"Ann\"}]}");
-    EXPECT_EQ(sections[0].lines,
-              (std::vector<std::string>{"unit mm, file unit in, tolerance 0.001", "author: Ann"}));
+    EXPECT_EQ(sections[0].lines, (std::vector<std::string>{
+                                     "unit mm, file unit in, tolerance 0.001", "author: Ann"}));
     EXPECT_EQ(sections[1].json, "{\"keys\": 2, \"start\": 40, \"end\": 1000, \"nodes\": 1}");
     EXPECT_EQ(sections[2].lines, (std::vector<std::string>{"texture /nowhere/a.png (missing)"}));
     EXPECT_EQ(sections[3].json, "[\"missing texture: /nowhere/a.png\"]");
