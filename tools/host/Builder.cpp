@@ -214,6 +214,7 @@ PartKeys DocumentBuilder::addPart(int node, const std::shared_ptr<const PartGeom
     if (part->mesh && vertexCount(*part->mesh) > 0) {
         meshKey = scene.meshes.insert(part->mesh);
         scene.meshMaterials.insert(meshKey, material, veksg::MMaterial());
+        if (part->texture) scene.textures.insert(meshKey, part->texture, nullptr);
         setLink(scene.links6a, meshKey, node);
         setLink(scene.links6b, meshKey, part->faces.empty() ? -1 : topo.faces.size());
         topo.nodeLists9.addChild(node, meshKey);

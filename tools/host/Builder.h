@@ -41,9 +41,11 @@ struct PartGeometry {
         Range points;
     };
 
-    /// Triangles, three vertices each, in `vn` or (with per-vertex colours) in `vnc`; may be
-    /// null.
+    /// Triangles, three vertices each, in `vn`, in `vnc` (per-vertex colours) or in `vnt`
+    /// (texture coordinates for `texture`); may be null.
     std::shared_ptr<veksg::Mesh> mesh;
+    /// The image the mesh's texture coordinates point into; null for none.
+    std::shared_ptr<veksg::Texture> texture;
     std::shared_ptr<veksg::Polyline> lines;
     /// Points without faces (PointCloud.h has the layout); may be null.
     std::shared_ptr<veksg::VertexInfo> points;
@@ -99,6 +101,8 @@ public:
     void setAnimation(const AnimationData& animation);
     /// Node boxes of assemblies and the document-wide records; call once, after the last add.
     void complete();
+    /// The 2D component, for readers of drawings (drawing/DrawingBuilder.h fills it).
+    vek2d::SCScene2D& drawing() { return *doc.drawing; }
 
 private:
     struct Bounds {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Builder.h"
+#include "DrawingCheck.h"
 #include "KeySpaces.h"
 #include "RecordsCheck.h"
 #include "veksg/Tables.h"
@@ -37,6 +38,7 @@ public:
         sideTables();
         visibility();
         records();
+        checkDrawing(*doc.drawing, result);
         return std::move(result);
     }
 

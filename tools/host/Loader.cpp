@@ -9,7 +9,9 @@
 #include <new>
 
 #include "CadReader.h"
+#include "DxfFile.h"
 #include "MeshReader.h"
+#include "SnapshotFile.h"
 #include "Text.h"
 
 namespace vekhost {
@@ -22,6 +24,13 @@ Progress::~Progress() = default;
 double seconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
+}
+
+double PhaseTimes::total() const {
+    double all = read + tessellate + fill + resize;
+    for (const NamedPhase& phase : named)
+        all += phase.seconds;
+    return all;
 }
 
 double PhaseTimes::fillResizeShare() const {
@@ -75,6 +84,7 @@ LoadResult runReader(Reader& reader, const std::string& path, const LoadOptions&
     }
     result.deflection = reader.deflection();
     result.shapes = reader.cadShapes();
+    result.notHeld = reader.notHeld();
     return result;
 }
 
@@ -109,6 +119,10 @@ LoadResult loadFile(const std::string& path, const LoadOptions& options) {
         reader = makeCadReader(path, CadFormat::Iges, options);
     else if (extension == ".brep")
         reader = makeCadReader(path, CadFormat::Brep, options);
+    else if (extension == ".dxf")
+        reader = makeDxfReader(path);
+    else if (extension == ".vks")
+        return loadSnapshot(path, options);
     else if (isMeshExtension(extension))
         reader = makeMeshReader(path);
     else if (extension.empty())

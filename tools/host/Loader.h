@@ -1,7 +1,9 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Document.h"
 #include "LoadError.h"
@@ -9,14 +11,23 @@
 
 namespace vekhost {
 
+/// A phase of a load that is none of the four: a snapshot's read, verify, decompress, decode.
+struct NamedPhase {
+    std::string name;
+    double seconds = 0;
+};
+
 /// Seconds spent in each phase of a load.
 struct PhaseTimes {
     double read = 0;
     double tessellate = 0;
     double fill = 0;
     double resize = 0;
+    /// Loads that run phases of their own (snapshots) report them here, in order, instead of
+    /// the four above.
+    std::vector<NamedPhase> named = {};
 
-    double total() const { return read + tessellate + fill + resize; }
+    double total() const;
     /// Fill and resize as a share of the whole load, 0 to 1.
     double fillResizeShare() const;
 };
@@ -30,6 +41,8 @@ struct LoadResult {
     /// The B-rep behind the topology records of a CAD load and the document it was read
     /// into (CadShapes.h); null for mesh files.
     std::shared_ptr<const CadShapes> shapes;
+    /// What the file holds that the data model cannot, counted by kind (DXF entities).
+    std::map<std::string, long long> notHeld;
 };
 
 /// Reads, tessellates and fills one file; throws LoadError on bad input.

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -75,9 +77,9 @@ veksg::MMaterial toMaterial(const aiMaterial& source) {
     return material;
 }
 
-// Three vertices per triangle, in the layout the mesh's colours call for.
+// Three vertices per triangle, in the layout the mesh's colours or texture call for.
 template <typename Vertex>
-void copyTriangles(const aiMesh& source, std::vector<Vertex>& out, const aiColor4D* colors) {
+void copyTriangles(const aiMesh& source, std::vector<Vertex>& out) {
     out.reserve(3 * static_cast<std::size_t>(source.mNumFaces));
     const aiVector3D none(0, 0, 0);
     for (unsigned f = 0; f < source.mNumFaces; ++f) {
@@ -94,19 +96,24 @@ void copyTriangles(const aiMesh& source, std::vector<Vertex>& out, const aiColor
             v.normal[0] = n.x;
             v.normal[1] = n.y;
             v.normal[2] = n.z;
-            if constexpr (sizeof v == sizeof(veksg::VNC)) {
-                const aiColor4D& c = colors[index];
+            if constexpr (std::is_same_v<Vertex, veksg::VNC>) {
+                const aiColor4D& c = source.mColors[0][index];
                 v.color[0] = c.r;
                 v.color[1] = c.g;
                 v.color[2] = c.b;
                 v.color[3] = c.a;
+            } else if constexpr (std::is_same_v<Vertex, veksg::VNT>) {
+                const aiVector3D& t = source.mTextureCoords[0][index];
+                v.texture[0] = t.x;
+                v.texture[1] = t.y;
             }
             out.push_back(v);
         }
     }
 }
 
-std::shared_ptr<PartGeometry> toPart(const aiMesh& source) {
+std::shared_ptr<PartGeometry> toPart(const aiMesh& source,
+                                     const std::shared_ptr<veksg::Texture>& texture) {
     auto part = std::make_shared<PartGeometry>();
     // Each vertex once, not once per triangle that uses it.
     static_assert(sizeof(aiVector3D) == 3 * sizeof(float), "Assimp built with float vertices");
@@ -115,10 +122,14 @@ std::shared_ptr<PartGeometry> toPart(const aiMesh& source) {
     // Sorted by primitive type, a mesh holds triangles, lines or points, one kind only.
     if (source.mPrimitiveTypes & aiPrimitiveType_TRIANGLE) {
         auto mesh = std::make_shared<veksg::Mesh>();
-        if (source.HasVertexColors(0))
-            copyTriangles(source, mesh->vnc, source.mColors[0]);
-        else
-            copyTriangles(source, mesh->vn, nullptr);
+        if (texture && source.HasTextureCoords(0)) {
+            copyTriangles(source, mesh->vnt);
+            part->texture = texture;
+        } else if (source.HasVertexColors(0)) {
+            copyTriangles(source, mesh->vnc);
+        } else {
+            copyTriangles(source, mesh->vn);
+        }
         part->mesh = std::move(mesh);
     } else if (source.mPrimitiveTypes & aiPrimitiveType_LINE) {
         auto lines = std::make_shared<veksg::Polyline>();
@@ -203,6 +214,7 @@ public:
         builder.setInfo(meshSourceInfo(*scene, path, name, *fileLog, texturesOf));
         parts.resize(scene->mNumMeshes);
         materials.resize(scene->mNumMaterials);
+        textures.resize(scene->mNumMaterials);
         const Matrix root = uprightPlacement(name);
         walk(builder, *scene->mRootNode, -1, root);
         builder.setAnimation(sampleAnimation(*scene, nodes, root));
@@ -225,7 +237,7 @@ private:
             if (index >= scene->mNumMeshes) continue;
             const aiMesh& mesh = *scene->mMeshes[index];
             auto& part = parts[index];
-            if (!part) part = toPart(mesh);
+            if (!part) part = toPart(mesh, textureOf(mesh.mMaterialIndex));
             const PartKeys keys = builder.addPart(node, part, materialOf(mesh.mMaterialIndex));
             if (mesh.mMaterialIndex < texturesOf.size())
                 builder.useFiles(keys.mesh, texturesOf[mesh.mMaterialIndex]);
@@ -242,6 +254,24 @@ private:
         return material;
     }
 
+    // The diffuse image of a material as a path beside the file; null for none, and for
+    // images held inside the file, which have no path of their own.
+    std::shared_ptr<veksg::Texture> textureOf(unsigned index) {
+        if (index >= scene->mNumMaterials) return nullptr;
+        auto& texture = textures[index];
+        if (texture) return *texture;
+        texture = std::shared_ptr<veksg::Texture>();
+        aiString file;
+        if (scene->mMaterials[index]->GetTexture(aiTextureType_DIFFUSE, 0, &file) != AI_SUCCESS ||
+            file.length == 0 || file.data[0] == '*')
+            return nullptr;
+        std::filesystem::path image = std::filesystem::u8path(file.C_Str());
+        if (image.is_relative()) image = std::filesystem::path(path).parent_path() / image;
+        *texture = std::make_shared<veksg::Texture>();
+        (*texture)->path = image.lexically_normal().wstring();
+        return *texture;
+    }
+
     std::string path;
     std::string name;
     Assimp::Importer importer;
@@ -253,6 +283,7 @@ private:
     std::vector<std::vector<int>> texturesOf;
     std::vector<std::shared_ptr<const PartGeometry>> parts;
     std::vector<veksg::MMaterial> materials;
+    std::vector<std::optional<std::shared_ptr<veksg::Texture>>> textures;
 };
 } // namespace
 

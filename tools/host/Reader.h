@@ -1,6 +1,8 @@
 #pragma once
 
+#include <map>
 #include <memory>
+#include <string>
 
 #include "Builder.h"
 #include "Progress.h"
@@ -35,6 +37,8 @@ public:
     virtual double deflection() const { return 0; }
     /// The B-rep behind the records, for readers of CAD files; null for others.
     virtual std::shared_ptr<const CadShapes> cadShapes() const { return nullptr; }
+    /// What the file holds that the data model cannot, counted by kind; empty by default.
+    virtual std::map<std::string, long long> notHeld() const { return {}; }
 };
 
 } // namespace vekhost

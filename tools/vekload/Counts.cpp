@@ -114,6 +114,33 @@ private:
                 static_cast<long long>((std::wcslen(value->get().get()) + 1) * sizeof(wchar_t));
         return total;
     }
+    // The drawing's records and what they own.
+    static long long wideBytes(const std::wstring& text) {
+        return static_cast<long long>(text.size()) * static_cast<long long>(sizeof(wchar_t));
+    }
+    static long long pointsOf(const std::vector<veksg::Point3>& points) {
+        return static_cast<long long>(points.size()) *
+               static_cast<long long>(sizeof(veksg::Point3));
+    }
+    long long of(const vek2d::Entity& entity) const {
+        return static_cast<long long>(sizeof entity) + pointsOf(entity.points) +
+               pointsOf(entity.points2);
+    }
+    long long of(const vek2d::HatchPattern& hatch) const {
+        long long total = sizeof hatch;
+        for (const auto& loop : hatch.loops)
+            total += static_cast<long long>(sizeof(std::vector<veksg::Point3>)) + pointsOf(loop);
+        return total;
+    }
+    long long of(const veksg::Text& text) const {
+        return static_cast<long long>(sizeof text) + wideBytes(text.text);
+    }
+    long long of(const vek2d::View& view) const {
+        return static_cast<long long>(sizeof view) + wideBytes(view.name);
+    }
+    long long of(const vek2d::Sheet& sheet) const {
+        return static_cast<long long>(sizeof sheet) + wideBytes(sheet.name);
+    }
     template <typename V>
     long long of(const V& value) const {
         return sizeof value;

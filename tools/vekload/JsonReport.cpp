@@ -10,6 +10,13 @@ using vekhost::jsonEscape;
 
 namespace {
 void printTimes(std::ostream& out, const vekhost::PhaseTimes& times) {
+    if (!times.named.empty()) {
+        out << ",\n   \"seconds\": {";
+        for (const vekhost::NamedPhase& phase : times.named)
+            out << '"' << jsonEscape(phase.name) << "\": " << formatNumber(phase.seconds) << ", ";
+        out << "\"total\": " << formatNumber(times.total()) << '}';
+        return;
+    }
     out << ",\n   \"seconds\": {\"read\": " << formatNumber(times.read)
         << ", \"tessellate\": " << formatNumber(times.tessellate)
         << ", \"fill\": " << formatNumber(times.fill)

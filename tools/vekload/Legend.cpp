@@ -5,9 +5,7 @@
 #include <cstring>
 #include <string>
 
-#ifdef VEKLOAD_HAVE_CAIRO
 #include <cairo.h>
-#endif
 
 namespace vekload {
 
@@ -45,9 +43,8 @@ struct Label {
     double y;
 };
 
-// Text through cairo, which has the fonts; without it the ramp stands unlabelled.
+// Text through cairo, which has the fonts.
 void write(Image& image, const std::vector<Label>& labels, double size) {
-#ifdef VEKLOAD_HAVE_CAIRO
     cairo_surface_t* surface =
         cairo_image_surface_create(CAIRO_FORMAT_ARGB32, image.width, image.height);
     if (cairo_surface_status(surface) != CAIRO_STATUS_SUCCESS) {
@@ -89,11 +86,6 @@ void write(Image& image, const std::vector<Label>& labels, double size) {
             pixel[3] = static_cast<std::uint8_t>(std::max<unsigned>(pixel[3], alpha));
         }
     cairo_surface_destroy(surface);
-#else
-    (void)image;
-    (void)labels;
-    (void)size;
-#endif
 }
 } // namespace
 

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "DrawingRender.h"
 #include "Png.h"
 
 namespace vekload {
@@ -53,6 +54,12 @@ void pictureSize(const char* text, int& width, int& height) {
         !wholeNumber(rest + 1, 1, largest, height, &rest) || *rest != '\0')
         throw std::invalid_argument("--size needs WIDTHxHEIGHT, each from 1 to 8192 pixels");
 }
+// False for the first of two words, true for the second.
+bool choice(const char* option, const char* text, const char* first, const char* second) {
+    if (text && std::strcmp(text, first) == 0) return false;
+    if (text && std::strcmp(text, second) == 0) return true;
+    throw std::invalid_argument(std::string(option) + " needs " + first + " or " + second);
+}
 
 // X,Y,Z[,MIN]: the pull direction and the minimum draft.
 void draftSettings(const char* text, AnalysisRequest& request) {
@@ -91,11 +98,14 @@ bool optionalNumber(const char* text, double& value) {
 const char* usage() {
     return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation]\n"
            "               [--png OUT [--view K] [--size WxH] [--time MS]]\n"
+           "               [--drawing OUT [--projection first|third] [--hidden exact|polygonal]]\n"
+           "               [--save OUT.vks [--level L]]\n"
            "               [--draft X,Y,Z[,MIN]] [--thickness [MIN]] [--holes] [--compare REF]\n"
            "               [FILE...]\n"
-           "Loads CAD files (STEP, IGES, BREP) and mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
-           "3DS, DAE and the other formats Assimp reads) into the veksg data model and\n"
-           "summarises each. Without FILE it loads a built-in sample assembly.\n"
+           "Loads CAD files (STEP, IGES, BREP), mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
+           "3DS, DAE and the other formats Assimp reads), DXF drawings and snapshots (VKS)\n"
+           "into the veksg data model and summarises each. Without FILE it loads a built-in\n"
+           "sample assembly.\n"
            "  --json          print the summaries as one JSON document\n"
            "  --check         verify every cross-reference of each loaded document\n"
            "  --deflection X  chordal deflection of CAD tessellation, in model units\n"
@@ -105,8 +115,17 @@ const char* usage() {
            "  --png OUT       also draw the model into the PNG file OUT (one FILE at most)\n"
            "  --view K        orientation of the picture: 0 isometric (default), 1 front,\n"
            "                  2 top, 3 right, 4 back, 5 bottom, 6 left\n"
-           "  --size WxH      size of the picture in pixels (default 256x256)\n"
+           "  --size WxH      size of the picture in pixels (default 256x256; for a drawing's\n"
+           "                  PNG, its page at 4 pixels per millimetre)\n"
            "  --time MS       draw the animation MS milliseconds after its start\n"
+           "  --drawing OUT   also write a drawing sheet to OUT (.png, .svg or .pdf; one FILE\n"
+           "                  at most): a DXF file's first sheet, or the front, top, right and\n"
+           "                  isometric views of a CAD model with hidden lines\n"
+           "  --projection A  where the views go: first (default) or third angle\n"
+           "  --hidden M      hidden-line removal: exact (default, keeps circles) or polygonal\n"
+           "  --save OUT.vks  also write a snapshot of the loaded document (one FILE at most),\n"
+           "                  which vekload reopens far faster than it imports the source\n"
+           "  --level L       zstd level of the snapshot, 0 (none) to 19 (default 1)\n"
            "  --draft X,Y,Z[,MIN]  draft angles for the pull direction X,Y,Z; faces under\n"
            "                  MIN degrees (default 1) are insufficient\n"
            "  --thickness [MIN]  wall thickness at every mesh vertex; counts walls under MIN\n"
@@ -122,6 +141,8 @@ Options parseOptions(int argc, const char* const* argv) {
     Options options;
     bool filesOnly = false;
     bool pictureOption = false;
+    bool drawingOption = false;
+    bool levelOption = false;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
         if (filesOnly || arg[0] != '-' || std::strcmp(arg, "-") == 0) {
@@ -144,6 +165,16 @@ Options parseOptions(int argc, const char* const* argv) {
             const char* path = i + 1 < argc ? argv[++i] : nullptr;
             if (!path || *path == '\0') throw std::invalid_argument("--png needs a file name");
             options.png = path;
+        } else if (std::strcmp(arg, "--save") == 0) {
+            const char* path = i + 1 < argc ? argv[++i] : nullptr;
+            if (!path || *path == '\0') throw std::invalid_argument("--save needs a file name");
+            options.save = path;
+        } else if (std::strcmp(arg, "--level") == 0) {
+            const char* rest = nullptr;
+            if (!wholeNumber(i + 1 < argc ? argv[++i] : nullptr, 0, 19, options.saveLevel, &rest) ||
+                *rest != '\0')
+                throw std::invalid_argument("--level needs a number from 0 to 19");
+            levelOption = true;
         } else if (std::strcmp(arg, "--view") == 0) {
             options.view = viewKey(i + 1 < argc ? argv[++i] : nullptr);
             pictureOption = true;
@@ -153,7 +184,20 @@ Options parseOptions(int argc, const char* const* argv) {
             pictureOption = true;
         } else if (std::strcmp(arg, "--size") == 0) {
             pictureSize(i + 1 < argc ? argv[++i] : nullptr, options.width, options.height);
-            pictureOption = true;
+            options.sized = true;
+        } else if (std::strcmp(arg, "--drawing") == 0) {
+            const char* path = i + 1 < argc ? argv[++i] : nullptr;
+            if (!path || !vekhost::drawsFileType(path))
+                throw std::invalid_argument("--drawing needs a file name ending in .png, .svg "
+                                            "or .pdf");
+            options.drawing = path;
+        } else if (std::strcmp(arg, "--projection") == 0) {
+            options.thirdAngle = choice(arg, i + 1 < argc ? argv[++i] : nullptr, "first", "third");
+            drawingOption = true;
+        } else if (std::strcmp(arg, "--hidden") == 0) {
+            options.polygonalHidden =
+                choice(arg, i + 1 < argc ? argv[++i] : nullptr, "exact", "polygonal");
+            drawingOption = true;
         } else if (std::strcmp(arg, "--draft") == 0) {
             draftSettings(i + 1 < argc ? argv[++i] : nullptr, options.analyses);
         } else if (std::strcmp(arg, "--thickness") == 0) {
@@ -170,9 +214,19 @@ Options parseOptions(int argc, const char* const* argv) {
         }
     }
     if (options.png.empty() && pictureOption)
-        throw std::invalid_argument("--view, --size and --time only go with --png");
+        throw std::invalid_argument("--view and --time only go with --png");
+    if (options.png.empty() && options.drawing.empty() && options.sized)
+        throw std::invalid_argument("--size only goes with --png or --drawing");
+    if (options.drawing.empty() && drawingOption)
+        throw std::invalid_argument("--projection and --hidden only go with --drawing");
+    if (options.files.size() > 1 && !options.drawing.empty())
+        throw std::invalid_argument("--drawing draws one file: give at most one FILE");
     if (!options.png.empty() && !pngSupported())
         throw std::invalid_argument("--png: this vekload was built without libpng");
+    if (options.save.empty() && levelOption)
+        throw std::invalid_argument("--level only goes with --save");
+    if (options.files.size() > 1 && !options.save.empty())
+        throw std::invalid_argument("--save writes one document: give at most one FILE");
     if (options.files.size() > 1 && !options.png.empty())
         throw std::invalid_argument("--png draws one model: give at most one FILE");
     return options;

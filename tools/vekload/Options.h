@@ -40,6 +40,18 @@ struct Options {
     /// Draw the animation at `time` milliseconds from its start instead of the resting model.
     bool timed = false;
     double time = 0;
+    /// Where to write a drawing sheet (PNG, SVG or PDF); empty for none.
+    std::string drawing;
+    /// Views of a CAD file in third-angle projection instead of first-angle.
+    bool thirdAngle = false;
+    /// Hidden lines from the tessellation instead of the exact B-rep.
+    bool polygonalHidden = false;
+    /// `--size` was given (a drawing's PNG is otherwise sized by its page).
+    bool sized = false;
+    /// Where to write a snapshot of the loaded document; empty for none.
+    std::string save;
+    /// zstd's level for the snapshot, 0 for none.
+    int saveLevel = 1;
     AnalysisRequest analyses;
     std::vector<std::string> files;
 };

@@ -57,6 +57,14 @@ std::string readable(long long bytes) {
 }
 
 void printTimes(std::ostream& out, const PhaseTimes& t) {
+    if (!t.named.empty()) {
+        std::vector<std::string> items;
+        for (const vekhost::NamedPhase& phase : t.named)
+            items.push_back(milliseconds(phase.name.c_str(), phase.seconds));
+        items.push_back(milliseconds("total", t.total()));
+        printItems(out, "time", items);
+        return;
+    }
     char share[48];
     std::snprintf(share, sizeof share, "fill+resize %.1f%% of the total",
                   100.0 * t.fillResizeShare());

@@ -56,6 +56,7 @@ void readLine(const std::vector<std::string>& fields, FileReport& report) {
     if (kind == "error") report.error = text(1);
     if (kind == "format") report.format = text(1);
     if (kind == "times") report.times = {real(1), real(2), real(3), real(4)};
+    if (kind == "phase") report.times.named.push_back({text(1), real(2)});
     if (kind == "deflection") report.deflection = real(1);
     if (kind == "record") report.records.emplace_back(text(1), integer(2));
     if (kind == "bytes") report.bytes.emplace_back(text(1), integer(2));
@@ -78,6 +79,8 @@ std::string serialize(const FileReport& report) {
         << escape(report.error) << "\nformat\t" << escape(report.format) << "\ntimes\t"
         << report.times.read << '\t' << report.times.tessellate << '\t' << report.times.fill << '\t'
         << report.times.resize << "\ndeflection\t" << report.deflection << '\n';
+    for (const vekhost::NamedPhase& phase : report.times.named)
+        out << "phase\t" << escape(phase.name) << '\t' << phase.seconds << '\n';
     for (const auto& [name, count] : report.records)
         out << "record\t" << escape(name) << '\t' << count << '\n';
     for (const auto& [name, count] : report.bytes)

@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "Analyses.h"
 #include "Check.h"
+#include "DrawingOutput.h"
 #include "Isolation.h"
 #include "JsonReport.h"
 #include "Legend.h"
@@ -20,6 +20,7 @@
 #include "ProgressBar.h"
 #include "Render.h"
 #include "Report.h"
+#include "Save.h"
 #include "TextReport.h"
 
 namespace {
@@ -49,16 +50,25 @@ vekload::FileReport loadAndDescribe(const std::string& label,
                                     const std::function<vekhost::LoadResult()>& load,
                                     const vekload::Options& options) {
     try {
-        const vekhost::LoadResult result = load();
+        vekhost::LoadResult result = load();
         vekhost::LoadOptions reference;
         reference.deflection = options.deflection;
         const vekload::AnalysisRun analyses =
             vekload::runAnalyses(result, options.analyses, reference);
         if (!options.png.empty()) drawPicture(*result.document, options, analyses);
-        std::optional<vekhost::CheckResult> consistency;
+        vekload::DrawingWork drawing;
+        if (!options.drawing.empty()) drawing = vekload::makeDrawing(result, label, options);
+        vekload::ReportSection saved;
+        if (!options.save.empty())
+            saved = vekload::saveDocument(*result.document, options.save, options.saveLevel);
+        vekhost::CheckResult consistency;
         if (options.check) consistency = vekhost::checkDocument(*result.document);
         vekload::FileReport report =
-            vekload::describe(label, result, consistency ? &*consistency : nullptr);
+            vekload::describe(label, result, options.check ? &consistency : nullptr);
+        vekload::ReportSection section =
+            vekload::drawingSection(result, options.drawing.empty() ? nullptr : &drawing);
+        if (!section.key.empty()) report.sections.push_back(std::move(section));
+        if (!options.save.empty()) report.sections.push_back(std::move(saved));
         if (analyses.section) report.sections.push_back(*analyses.section);
         return report;
     } catch (const std::exception& error) {

@@ -23,6 +23,7 @@
 #include "Builder.h"
 #include "Check.h"
 #include "Loader.h"
+#include "SnapshotTest.h"
 #include "TestFiles.h"
 
 namespace vekhost::test {
@@ -182,6 +183,7 @@ TEST_P(RealFiles, LoadConsistentlyAndAgreeWithTheirSourceLibrary) {
     }
     EXPECT_TRUE(doc.scene->boxes.getValue(0).valid);
     EXPECT_STREQ(doc.info->file(), std::wstring(path.begin(), path.end()).c_str());
+    expectSameAfterSnapshot(doc);
 }
 
 // A viewer's world has Z up: files defined as Y-up stand upright through their root's

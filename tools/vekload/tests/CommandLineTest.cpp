@@ -72,6 +72,26 @@ TEST(CommandLine, ReportsGoodFilesAndOneLinePerBadOne) {
     EXPECT_FALSE(contains(result.out, "missing.step"));
 }
 
+TEST(CommandLine, SavesASnapshotAndReopensItByItsOwnPhases) {
+    const std::string saved = scratchDirectory() + "/sample.vks";
+    const Outcome save = run({"--json", "--save", saved});
+    EXPECT_EQ(save.status, 0);
+    EXPECT_TRUE(contains(save.out, "\"saved\": {\"file\": \"" + saved)) << save.out;
+    const Outcome reopen = run({"--check", saved});
+    EXPECT_EQ(reopen.status, 0);
+    EXPECT_TRUE(contains(reopen.out, saved + ": snapshot\n  time     read ")) << reopen.out;
+    EXPECT_TRUE(contains(reopen.out, "decompress")) << reopen.out;
+    EXPECT_TRUE(contains(reopen.out, "all consistent")) << reopen.out;
+    const std::string cut = scratchDirectory() + "/cut.vks";
+    copyDamaged(saved, cut, 1000);
+    const Outcome broken = run({cut});
+    EXPECT_EQ(broken.status, 1);
+    ASSERT_EQ(broken.errLines.size(), 1u);
+    EXPECT_EQ(broken.errLines[0].rfind("vekload: " + cut + ": snapshot: ", 0), 0u)
+        << broken.errLines[0];
+    EXPECT_EQ(run({"--level", "3"}).status, 2);
+}
+
 TEST(CommandLine, WritesOneJsonDocumentWithEveryFile) {
     const std::string missing = scratchDirectory() + "/missing.igs";
     const Outcome result = run({"--json", "--check", missing});
@@ -118,6 +138,11 @@ TEST(CommandLine, RejectsBadArgumentsWithUsage) {
         {"--time", "5"},
         {"--png", "a.png", "--time", "soon"},
         {"--png", "a.png", "one.step", "two.step"},
+        {"--drawing", "a.gif"},
+        {"--drawing", "a.pdf", "one.dxf", "two.dxf"},
+        {"--drawing", "a.pdf", "--hidden", "fuzzy"},
+        {"--projection", "third"},
+        {"--size", "64x48"},
         {"--draft", "0,0,0"},
         {"--draft", "0,1"},
         {"--draft", "0,0,1,90"},
@@ -152,6 +177,32 @@ TEST(CommandLine, DrawsTheModelIntoAPng) {
     EXPECT_EQ(failed.status, 1);
     ASSERT_EQ(failed.errLines.size(), 1u);
     EXPECT_TRUE(contains(failed.errLines[0], nowhere)) << failed.errLines[0];
+}
+
+// A drawing of either source, the report's drawing section, and a file with nothing to draw.
+TEST(CommandLine, WritesDrawingsOfDxfAndCadFiles) {
+    const std::string dir = scratchDirectory();
+    const std::string dxf = dir + "/lines.dxf";
+    std::ofstream(dxf) << "0\nSECTION\n2\nENTITIES\n0\nLINE\n10\n0\n20\n0\n11\n9\n21\n9\n"
+                          "0\nIMAGE\n10\n0\n20\n0\n0\nENDSEC\n0\nEOF\n";
+    const Outcome sheet = run({"--json", "--check", "--drawing", dir + "/lines.svg", dxf});
+    EXPECT_EQ(sheet.status, 0);
+    EXPECT_TRUE(contains(slurp(dir + "/lines.svg"), "<svg"));
+    EXPECT_TRUE(contains(sheet.out, "\"drawing\": {\"tables\": {\"sheets\": 1, \"views\": 1"))
+        << sheet.out;
+    EXPECT_TRUE(contains(sheet.out, "\"notHeld\": {\"IMAGE\": 1}")) << sheet.out;
+
+    const Outcome views = run({"--drawing", dir + "/sample.pdf", "--projection", "third"});
+    EXPECT_EQ(views.status, 0);
+    EXPECT_EQ(slurp(dir + "/sample.pdf").compare(0, 5, "%PDF-"), 0);
+    EXPECT_TRUE(contains(views.out, "views projected with exact hidden lines")) << views.out;
+
+    const std::string spider = assimpFile("STL/Spider_binary.stl");
+    if (!exists(spider)) GTEST_SKIP() << "sample files are not installed";
+    const Outcome mesh = run({"--drawing", dir + "/spider.png", spider});
+    EXPECT_EQ(mesh.status, 1);
+    ASSERT_EQ(mesh.errLines.size(), 1U);
+    EXPECT_TRUE(contains(mesh.errLines[0], "no drawing to write")) << mesh.errLines[0];
 }
 
 // Scripts rely on these keys; the values themselves are the host library's tests' business.
