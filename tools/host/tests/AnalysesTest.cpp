@@ -6,6 +6,7 @@
 #include <BRepBuilderAPI_Transform.hxx>
 #include <BRepOffsetAPI_ThruSections.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepTools.hxx>
@@ -109,6 +110,7 @@ struct Drilling {
     double depth; // 0: through
     double counterbore = 0;
     double counterboreDepth = 0;
+    double countersink = 0; // its diameter at the top, 90 degrees
 };
 
 TopoDS_Shape drilledPlate(const std::vector<Drilling>& drillings) {
@@ -133,13 +135,22 @@ TopoDS_Shape drilledPlate(const std::vector<Drilling>& drillings) {
         plate = BRepAlgoAPI_Cut(plate, tool(d.x, d.diameter, d.depth)).Shape();
         if (d.counterbore > 0)
             plate = BRepAlgoAPI_Cut(plate, tool(d.x, d.counterbore, d.counterboreDepth)).Shape();
+        if (d.countersink > 0) {
+            // From its apex on the axis, widening upwards past the top.
+            const double apex = 10 - d.countersink / 2;
+            plate =
+                BRepAlgoAPI_Cut(plate, BRepPrimAPI_MakeCone(gp_Ax2(gp_Pnt(d.x, 20, apex), gp::DZ()),
+                                                            0, 11 - apex, 11 - apex)
+                                           .Shape())
+                    .Shape();
+        }
     }
     return plate;
 }
 
-TEST(Holes, ThroughBlindAndCounterboredHolesOfAPlate) {
-    const std::vector<Drilling> drillings = {{10, 4, 0}, {25, 6, 0}, {40, 8, 0},
-                                             {55, 6, 0}, {70, 5, 6}, {85, 6, 0, 11, 4}};
+TEST(Holes, ThroughBlindCounterboredAndCountersunkHolesOfAPlate) {
+    const std::vector<Drilling> drillings = {{10, 4, 0}, {25, 6, 0, 0, 0, 10}, {40, 8, 0},
+                                             {55, 6, 0}, {70, 5, 6},           {85, 6, 0, 11, 4}};
     const LoadResult result = loadShape(drilledPlate(drillings), "plate", 0.01);
     Document& document = *result.document;
     const std::vector<HoleFound> holes = findHoles(document, *result.shapes);
@@ -156,10 +167,15 @@ TEST(Holes, ThroughBlindAndCounterboredHolesOfAPlate) {
         // Entered from the top, into the plate.
         EXPECT_NEAR(found->entry[2], 10, 1e-6);
         EXPECT_NEAR(found->axis[2], -1, 1e-9);
-        EXPECT_EQ(found->faces.size(), d.counterbore > 0 ? 2U : 1U);
-        if (d.counterbore > 0) {
-            EXPECT_NEAR(found->stepDiameters[0], d.counterbore, 1e-6);
-            EXPECT_NEAR(found->stepLengths[0], d.counterboreDepth, 0.01);
+        const bool stepped = d.counterbore > 0 || d.countersink > 0;
+        EXPECT_EQ(found->faces.size(), stepped ? 2U : 1U);
+        if (stepped) {
+            // The step at the entry first, then the bore.
+            EXPECT_NEAR(found->stepDiameters[0], d.counterbore + d.countersink, 0.01);
+            EXPECT_NEAR(found->stepLengths[0],
+                        d.counterbore > 0 ? d.counterboreDepth : (d.countersink - d.diameter) / 2,
+                        0.01);
+            EXPECT_NEAR(found->stepDiameters[1], d.diameter, 1e-6);
             EXPECT_EQ(found->name, L"\u23006 through");
         }
     }
