@@ -60,13 +60,48 @@ bool choice(const char* option, const char* text, const char* first, const char*
     if (text && std::strcmp(text, second) == 0) return true;
     throw std::invalid_argument(std::string(option) + " needs " + first + " or " + second);
 }
+
+// X,Y,Z[,MIN]: the pull direction and the minimum draft.
+void draftSettings(const char* text, AnalysisRequest& request) {
+    double values[4] = {0, 0, 0, request.draftMinimum};
+    int count = 0;
+    bool good = text != nullptr;
+    for (const char* at = text; good;) {
+        char* end = nullptr;
+        const double value = std::strtod(at, &end);
+        good = end != at && std::isfinite(value) && count < 4 && (*end == ',' || *end == '\0');
+        if (good) values[count++] = value;
+        if (!good || *end == '\0') break;
+        at = end + 1;
+    }
+    const bool pulls = values[0] != 0 || values[1] != 0 || values[2] != 0;
+    if (!good || count < 3 || !pulls || !(values[3] >= 0 && values[3] < 90))
+        throw std::invalid_argument(
+            "--draft needs X,Y,Z[,MIN]: a pull direction and a minimum draft in degrees from 0 "
+            "to 90");
+    request.draft = true;
+    request.pull = {values[0], values[1], values[2]};
+    request.draftMinimum = values[3];
+}
+
+// The value of an option whose value may be left out: taken when it reads as a number.
+bool optionalNumber(const char* text, double& value) {
+    if (!text) return false;
+    char* end = nullptr;
+    const double number = std::strtod(text, &end);
+    if (end == text || *end != '\0' || !std::isfinite(number) || number < 0) return false;
+    value = number;
+    return true;
+}
 } // namespace
 
 const char* usage() {
     return "usage: vekload [--json] [--check] [--deflection X] [--timeout S] [--no-isolation]\n"
            "               [--png OUT [--view K] [--size WxH] [--time MS] [--pmi-view NAME]]\n"
            "               [--drawing OUT [--projection first|third] [--hidden exact|polygonal]]\n"
-           "               [--save OUT.vks [--level L]] [FILE...]\n"
+           "               [--save OUT.vks [--level L]]\n"
+           "               [--draft X,Y,Z[,MIN]] [--thickness [MIN]] [--holes] [--compare REF]\n"
+           "               [FILE...]\n"
            "Loads CAD files (STEP, IGES, BREP), mesh files (OBJ, STL, PLY, glTF/GLB, FBX,\n"
            "3DS, DAE and the other formats Assimp reads), DXF drawings and snapshots (VKS)\n"
            "into the veksg data model and summarises each. Without FILE it loads a built-in\n"
@@ -93,6 +128,13 @@ const char* usage() {
            "  --save OUT.vks  also write a snapshot of the loaded document (one FILE at most),\n"
            "                  which vekload reopens far faster than it imports the source\n"
            "  --level L       zstd level of the snapshot, 0 (none) to 19 (default 1)\n"
+           "  --draft X,Y,Z[,MIN]  draft angles for the pull direction X,Y,Z; faces under\n"
+           "                  MIN degrees (default 1) are insufficient\n"
+           "  --thickness [MIN]  wall thickness at every mesh vertex; counts walls under MIN\n"
+           "  --holes         recognise cylindrical holes\n"
+           "  --compare REF   signed distances from the model to the file REF's surface\n"
+           "                  (with --png the picture shows the comparison, else the holes,\n"
+           "                  else the thickness, else the draft)\n"
            "Exit status: 0 all loaded (and consistent), 1 a file failed to load (or its\n"
            "picture to be written), 2 bad arguments, 3 a check found problems.\n";
 }
@@ -163,6 +205,17 @@ Options parseOptions(int argc, const char* const* argv) {
             options.polygonalHidden =
                 choice(arg, i + 1 < argc ? argv[++i] : nullptr, "exact", "polygonal");
             drawingOption = true;
+        } else if (std::strcmp(arg, "--draft") == 0) {
+            draftSettings(i + 1 < argc ? argv[++i] : nullptr, options.analyses);
+        } else if (std::strcmp(arg, "--thickness") == 0) {
+            options.analyses.thickness = true;
+            if (i + 1 < argc && optionalNumber(argv[i + 1], options.analyses.thicknessMinimum)) ++i;
+        } else if (std::strcmp(arg, "--holes") == 0) {
+            options.analyses.holes = true;
+        } else if (std::strcmp(arg, "--compare") == 0) {
+            const char* path = i + 1 < argc ? argv[++i] : nullptr;
+            if (!path || *path == '\0') throw std::invalid_argument("--compare needs a file name");
+            options.analyses.compare = path;
         } else {
             throw std::invalid_argument(std::string("unknown option ") + arg);
         }

@@ -1,10 +1,26 @@
 #pragma once
 
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace vekload {
+
+/// The analyses asked for; each runs only when its flag is set.
+struct AnalysisRequest {
+    bool draft = false;
+    std::array<double, 3> pull{0, 0, 1};
+    /// Degrees.
+    double draftMinimum = 1;
+    bool thickness = false;
+    /// Walls under this count as thin; 0 counts none.
+    double thicknessMinimum = 0;
+    bool holes = false;
+    /// The reference to compare with; empty for none.
+    std::string compare;
+    bool any() const { return draft || thickness || holes || !compare.empty(); }
+};
 
 struct Options {
     bool json = false;
@@ -39,6 +55,7 @@ struct Options {
     std::string save;
     /// zstd's level for the snapshot, 0 for none.
     int saveLevel = 1;
+    AnalysisRequest analyses;
     std::vector<std::string> files;
 };
 

@@ -204,7 +204,8 @@ class Painter {
 public:
     Painter(const Document& document, const Matrix& view, const RenderOptions& options)
         : scene(*document.scene), resources(*document.resources), visibility(document), view(view),
-          canvas(options.width, options.height), overlay(options.overlay) {
+          canvas(options.width, options.height), faceColours(options.faceColours),
+          overlay(options.overlay) {
         if (options.timed) pose.emplace(document, options.time);
         for (const auto& cut : options.cuts)
             cuts.push_back({view.point({cut[0], cut[1], cut[2]}),
@@ -290,14 +291,14 @@ private:
             if (!has(scene.meshes, mesh)) continue;
             byFaces[static_cast<std::size_t>(mesh)] = true;
             const veksg::PrimitiveInfo& range = resources.primitivesA.getValue(face);
-            if (visibility.faceShown(face)) triangles(mesh, range.first, range.count);
+            if (visibility.faceShown(face)) triangles(mesh, range.first, range.count, face);
         }
         for (int mesh = 0; mesh < scene.meshes.size(); ++mesh)
             if (!byFaces[static_cast<std::size_t>(mesh)] && visibility.meshShown(mesh))
                 triangles(mesh, 0, std::numeric_limits<int>::max());
     }
 
-    void triangles(int meshKey, int first, int count) {
+    void triangles(int meshKey, int first, int count, int face = -1) {
         const auto& pointer = scene.meshes.getValue(meshKey);
         if (!pointer) return;
         const int node = linkOf(scene.links6a, meshKey);
@@ -314,8 +315,13 @@ private:
         const long long end = std::min<long long>(total, begin + std::max(count, 0));
         for (long long i = begin; i + 3 <= end; i += 3) {
             Corner corners[3];
-            for (std::size_t k = 0; k < 3; ++k)
+            for (std::size_t k = 0; k < 3; ++k) {
                 corners[k] = corner(mesh, static_cast<std::size_t>(i) + k, base);
+                std::array<double, 3> rgb{};
+                if (face >= 0 && faceColours &&
+                    faceColours(face, static_cast<int>(i - begin) + static_cast<int>(k), rgb))
+                    corners[k].color = {rgb[0], rgb[1], rgb[2]};
+            }
             Vec3 eye[3];
             for (std::size_t k = 0; k < 3; ++k)
                 eye[k] = place.point(corners[k].position);
@@ -472,6 +478,7 @@ private:
     const Matrix view;
     std::vector<Cut> cuts;
     Canvas canvas;
+    const std::function<bool(int, int, std::array<double, 3>&)>& faceColours;
     const decltype(RenderOptions::overlay) overlay;
     bool framed = false;
     double scale = 1;

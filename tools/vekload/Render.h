@@ -37,6 +37,9 @@ struct RenderOptions {
     /// Draw the nodes where the animation puts them `time` milliseconds after its start.
     bool timed = false;
     double time = 0;
+    /// Colours that replace a face's own (an analysis's): for vertex `index` of the face's
+    /// `primitivesA` range, true with `rgb` (0 to 1) set, or false to keep the face's colour.
+    std::function<bool(int face, int index, std::array<double, 3>& rgb)> faceColours;
     /// An orientation to draw under instead of the preset `view` (a saved view's): 16
     /// elements, stored as `SCView::orientations` stores them. Empty for the preset.
     std::vector<float> orientation;

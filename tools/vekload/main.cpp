@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "Analyses.h"
 #include "Check.h"
 #include "DrawingOutput.h"
 #include "Isolation.h"
 #include "JsonReport.h"
+#include "Legend.h"
 #include "Loader.h"
 #include "Options.h"
 #include "PmiDraw.h"
@@ -25,7 +27,8 @@
 namespace {
 constexpr const char* sampleName = "flanged-bolt (built-in sample)";
 
-void drawPicture(const vekhost::Document& document, const vekload::Options& options) {
+void drawPicture(const vekhost::Document& document, const vekload::Options& options,
+                 const vekload::AnalysisRun& analyses) {
     vekload::RenderOptions picture;
     picture.width = options.width;
     picture.height = options.height;
@@ -33,7 +36,10 @@ void drawPicture(const vekhost::Document& document, const vekload::Options& opti
     picture.timed = options.timed;
     picture.time = options.time;
     vekload::addPmi(picture, document, options.pmiView);
-    vekload::writePng(options.png, vekload::render(document, picture));
+    vekload::writePng(options.png, analyses.colours
+                                       ? vekload::renderAnalysis(document, picture, analyses.mesh,
+                                                                 *analyses.colours)
+                                       : vekload::render(document, picture));
 }
 
 vekhost::LoadOptions reportingTo(vekhost::Progress& progress, vekhost::LoadOptions options) {
@@ -47,7 +53,11 @@ vekload::FileReport loadAndDescribe(const std::string& label,
                                     const vekload::Options& options) {
     try {
         vekhost::LoadResult result = load();
-        if (!options.png.empty()) drawPicture(*result.document, options);
+        vekhost::LoadOptions reference;
+        reference.deflection = options.deflection;
+        const vekload::AnalysisRun analyses =
+            vekload::runAnalyses(result, options.analyses, reference);
+        if (!options.png.empty()) drawPicture(*result.document, options, analyses);
         vekload::DrawingWork drawing;
         if (!options.drawing.empty()) drawing = vekload::makeDrawing(result, label, options);
         vekload::ReportSection saved;
@@ -61,6 +71,7 @@ vekload::FileReport loadAndDescribe(const std::string& label,
             vekload::drawingSection(result, options.drawing.empty() ? nullptr : &drawing);
         if (!section.key.empty()) report.sections.push_back(std::move(section));
         if (!options.save.empty()) report.sections.push_back(std::move(saved));
+        if (analyses.section) report.sections.push_back(*analyses.section);
         return report;
     } catch (const std::exception& error) {
         vekload::FileReport report;

@@ -67,6 +67,7 @@ const std::map<std::string, Syntax>& syntaxes() {
         {"hide", {0, 0, 0, false, true}},
         {"show", {0, 0, 0, false, true}},
         {"select", {0, 0, 0, false, true}},
+        {"annotation", {0, 0, 0, false, true}},
         {"pick", {2, 0, largestSide - 1, true, false}},
         {"section", {4, -1e300, 1e300, false, false}},
         {"measure", {4, 0, largestSide - 1, true, false}},
@@ -180,6 +181,9 @@ public:
         } else if (n == "select") {
             model().selection().select(nodeKeys, node(c.text));
             session.selectionChanged();
+        } else if (n == "annotation") {
+            model().selection().selectAnnotation(annotation(c.text));
+            session.selectionChanged();
         } else if (n == "pick") {
             pick(c);
         } else if (n == "section") {
@@ -245,6 +249,14 @@ private:
         for (int k = 0; k < topo.nodes.size(); ++k)
             if (name == topo.nodes.getValue(k).name()) return k;
         throw BadLine("no node '" + text + "'");
+    }
+
+    int annotation(const std::string& text) {
+        const veksg::SCPmi& pmi = *model().document().pmi;
+        const std::wstring name = vekhost::wideFromUtf8(text);
+        for (int k = 0; k < pmi.pmis.size(); ++k)
+            if (pmi.pmis.getValue(k) && name == pmi.pmis.getValue(k)->name()) return k;
+        throw BadLine("no annotation '" + text + "'");
     }
 
     void inside(int x, int y) const {

@@ -52,6 +52,23 @@ void Selection::select(int keySpace, int key, bool add) {
         list.erase(found);
 }
 
+void Selection::selectAnnotation(int annotation) {
+    clear();
+    const veksg::SCPmi& pmi = *doc.pmi;
+    if (annotation < 0 || annotation >= pmi.pmis.size() || !pmi.pmis.getValue(annotation)) return;
+    auto& lists = doc.runtime->selection.selection;
+    lists[selectionList(annotationKeys)].push_back(annotation);
+    // A face on both sides of a dimension is selected once: select() would toggle it off.
+    const auto take = [&](const veksg::Hierarchy& relation, int keySpace) {
+        auto& list = lists[selectionList(keySpace)];
+        for (const int key : listOf(relation, annotation))
+            if (std::find(list.begin(), list.end(), key) == list.end()) list.push_back(key);
+    };
+    take(pmi.relation4, faceKeys);
+    take(pmi.relation6, faceKeys);
+    take(pmi.relation11, edgeKeys);
+}
+
 const std::vector<int>& Selection::keys(int keySpace) const {
     return doc.runtime->selection.selection[selectionList(keySpace)];
 }

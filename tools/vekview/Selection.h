@@ -15,6 +15,7 @@ constexpr int meshKeys = 6;
 constexpr int nodeKeys = 10;
 constexpr int faceKeys = 11;
 constexpr int edgeKeys = 12;
+constexpr int annotationKeys = 16;
 
 /// What the selection lights up: one flag per face, mesh and edge key.
 struct Highlight {
@@ -41,6 +42,9 @@ public:
     /// Makes `key` of `keySpace` the selection, or with `add` adds it (and removes it when
     /// it was selected already).
     void select(int keySpace, int key, bool add = false);
+    /// Makes an annotation the selection together with the faces and edges it applies to,
+    /// so that its geometry lights up; nothing for a key without an annotation.
+    void selectAnnotation(int annotation);
     const std::vector<int>& keys(int keySpace) const;
     bool empty() const;
 

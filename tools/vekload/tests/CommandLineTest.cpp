@@ -142,7 +142,14 @@ TEST(CommandLine, RejectsBadArgumentsWithUsage) {
         {"--drawing", "a.pdf", "one.dxf", "two.dxf"},
         {"--drawing", "a.pdf", "--hidden", "fuzzy"},
         {"--projection", "third"},
-        {"--size", "64x48"}};
+        {"--size", "64x48"},
+        {"--draft", "0,0,0"},
+        {"--draft", "0,1"},
+        {"--draft", "0,0,1,90"},
+        {"--draft", "0,0,1,1,1"},
+        {"--draft", "0,0,1,"},
+        {"--compare"},
+    };
     for (const auto& args : cases) {
         const Outcome result = run(args);
         EXPECT_EQ(result.status, 2) << args.front();
@@ -196,6 +203,32 @@ TEST(CommandLine, WritesDrawingsOfDxfAndCadFiles) {
     EXPECT_EQ(mesh.status, 1);
     ASSERT_EQ(mesh.errLines.size(), 1U);
     EXPECT_TRUE(contains(mesh.errLines[0], "no drawing to write")) << mesh.errLines[0];
+}
+
+// Scripts rely on these keys; the values themselves are the host library's tests' business.
+TEST(CommandLine, ReportsTheAnalysesAskedFor) {
+    const std::string screw = occtFile("step/screw.step");
+    if (!exists(screw)) GTEST_SKIP() << screw << " is not installed";
+    const Outcome json = run({"--json", "--draft", "0,0,1,2", "--thickness", "0.5", "--holes",
+                              "--compare", screw, screw});
+    EXPECT_EQ(json.status, 0) << json.out;
+    for (const char* part : {"\"analyses\": {\"draft\": [{\"key\": 0, \"min\": ", "\"class\": \"",
+                             "\"thickness\": {\"min\": ", "\"below\": ", "\"holes\": [",
+                             "\"compare\": {\"min\": 0, \"max\": 0, \"mean\": 0, \"rms\": 0}"})
+        EXPECT_TRUE(contains(json.out, part)) << part << " in " << json.out;
+
+    const Outcome text = run({"--holes", "--draft", "1,0,0"});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(contains(text.out, "analyses draft along (1, 0, 0), minimum 1 degrees: "))
+        << text.out;
+    EXPECT_TRUE(contains(text.out, "holes: ")) << text.out;
+
+    // A reference that does not load fails the file it was to be compared with.
+    const std::string missing = scratchDirectory() + "/missing.step";
+    const Outcome failed = run({"--compare", missing, screw});
+    EXPECT_EQ(failed.status, 1);
+    ASSERT_EQ(failed.errLines.size(), 1u);
+    EXPECT_TRUE(contains(failed.errLines[0], missing)) << failed.errLines[0];
 }
 
 } // namespace

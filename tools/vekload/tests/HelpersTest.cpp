@@ -101,6 +101,20 @@ TEST(Options, ParseEveryOptionAndKeepFilesInOrder) {
     EXPECT_EQ(options.files, (std::vector<std::string>{"a.step", "--b.obj"}));
 }
 
+TEST(Options, AnalysesTakeTheirSettings) {
+    const char* args[] = {"vekload",     "--draft", "0,-2,0.5", "--thickness", "a.step",
+                          "--thickness", "1.5",     "--draft",  "1,0,0,3"};
+    const Options options = parseOptions(9, args);
+    // The value of --thickness may be left out; what follows is then a file.
+    EXPECT_EQ(options.files, (std::vector<std::string>{"a.step"}));
+    EXPECT_TRUE(options.analyses.thickness);
+    EXPECT_DOUBLE_EQ(options.analyses.thicknessMinimum, 1.5);
+    EXPECT_TRUE(options.analyses.draft);
+    EXPECT_EQ(options.analyses.pull, (std::array<double, 3>{1, 0, 0}));
+    EXPECT_DOUBLE_EQ(options.analyses.draftMinimum, 3);
+    EXPECT_FALSE(options.analyses.holes);
+}
+
 TEST(Report, SurvivesTheTripFromWorkerToParent) {
     FileReport report;
     report.file = "odd\tname\nwith\\escapes.step";

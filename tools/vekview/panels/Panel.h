@@ -48,6 +48,7 @@ std::unique_ptr<Panel> makeModelTreePanel();
 std::unique_ptr<Panel> makePropertiesPanel();
 std::unique_ptr<Panel> makeViewsPanel();
 std::unique_ptr<Panel> makeMeasurePanel();
+std::unique_ptr<Panel> makePmiPanel();
 std::unique_ptr<Panel> makeStatsOverlay();
 
 /// Every panel, in the order they are drawn: a new panel adds its line here.

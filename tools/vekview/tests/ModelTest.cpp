@@ -117,6 +117,26 @@ TEST_F(ViewerModel, ASelectedNodeLightsItsSubtreeAndAFaceItsBoundingEdges) {
     EXPECT_TRUE(selection.empty());
 }
 
+TEST_F(ViewerModel, AnAnnotationSelectsItselfWithTheFacesAndEdgesItAppliesTo) {
+    veksg::SCPmi& pmi = *doc.pmi;
+    const auto& faces = doc.topo->nodeLists4.getValue(1);
+    const int annotation = pmi.pmis.insert(std::make_shared<veksg::Measure>());
+    for (veksg::Hierarchy* relation : {&pmi.relation4, &pmi.relation6, &pmi.relation11})
+        relation->resizeToFitKey(annotation, {});
+    // Both sides of the dimension touch faces[1]: it stays selected.
+    pmi.relation4.setValue(annotation, {faces[0], faces[1]});
+    pmi.relation6.setValue(annotation, {faces[1], faces[2]});
+    pmi.relation11.setValue(annotation, {0});
+    selection.selectAnnotation(annotation);
+    EXPECT_EQ(selection.keys(annotationKeys), std::vector<int>{annotation});
+    EXPECT_EQ(selection.keys(faceKeys), (std::vector<int>{faces[0], faces[1], faces[2]}));
+    EXPECT_EQ(selection.keys(edgeKeys), std::vector<int>{0});
+    EXPECT_EQ(selection.focusNode(), 1);
+    // A key without an annotation clears the selection.
+    selection.selectAnnotation(annotation + 1);
+    EXPECT_TRUE(selection.empty());
+}
+
 TEST_F(ViewerModel, BatchesHoldWhatShowsInRunsAndTheHighlightApart) {
     const int mesh = doc.topo->nodeLists9.getValue(1).front();
     const int total = vekhost::vertexCount(*doc.scene->meshes.getValue(mesh));
