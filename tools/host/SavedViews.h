@@ -3,13 +3,9 @@
 #include "CadShapes.h"
 #include "Document.h"
 #include "PmiReader.h"
+#include "ViewCommands.h"
 
 namespace vekhost {
-
-/// The command ids under which a saved view's states are filed in `SCStates::typeStates`
-/// (one sequence per view key): its camera, then its cut when it has clipping planes.
-constexpr int viewCameraCommand = 1;
-constexpr int viewSectionCommand = 2;
 
 /// Turns the saved views of `shapes`' document into `View`s of `document.pmi`: the camera
 /// (position, target, up), the nodes and annotations (`annotations`, from `readPmi`) it

@@ -58,7 +58,7 @@ private:
 } // namespace
 
 ViewStates::ViewStates(vekhost::Document& document, Camera& camera, SectionPlane& section)
-    : doc(document), camera(camera) {
+    : doc(document), camera(camera), plane(section) {
     veksg::SCStates& states = *doc.states;
     // A document opened by another viewer may hold executors of its own; ours replace them.
     states.removeStateExecutor(cameraCommand);
@@ -90,12 +90,10 @@ int ViewStates::saveView(const std::wstring& name) {
     std::shared_ptr<veksg::IState> state =
         factory.createCameraState(view->position, view->target, view->up);
     state->setCmdId(cameraCommand);
-    state->setSeqId(key);
-    auto& sequence = doc.states->typeStates->containers[cameraCommand].states;
-    for (auto& held : sequence)
-        if (held && held->getSeqId() == key) held = nullptr;
-    sequence.erase(std::remove(sequence.begin(), sequence.end(), nullptr), sequence.end());
+    auto& sequence = doc.states->typeStates->containers[key].states;
+    sequence.clear();
     sequence.push_back(state);
+    if (plane.active) sequence.push_back(sectionState(plane));
     // What is saved is what the floats hold; showing exactly that now makes a restored view
     // look the same as the one saved.
     apply(state);
@@ -111,9 +109,16 @@ bool ViewStates::restoreView(const std::wstring& name) {
 }
 
 bool ViewStates::restoreView(int key) {
-    const std::shared_ptr<veksg::IState> state = cameraStateOf(key);
-    if (!state) return false;
-    apply(state);
+    if (!cameraStateOf(key)) return false;
+    // A copy: applying the cut appends to the history, never to the view's own sequence.
+    const std::deque<std::shared_ptr<veksg::IState>> states = *statesOf(key);
+    bool cut = false;
+    for (const auto& state : states) {
+        if (!state) continue;
+        cut = cut || state->getCmdId() == sectionCommand;
+        apply(state);
+    }
+    if (!cut) apply(sectionState(SectionPlane()));
     camera.orthographic = doc.pmi->views.getValue(key)->viewValue != 0;
     return true;
 }
@@ -125,24 +130,33 @@ std::vector<int> ViewStates::savedViews() const {
     return keys;
 }
 
-std::shared_ptr<veksg::IState> ViewStates::cameraStateOf(int viewKey) const {
+const std::deque<std::shared_ptr<veksg::IState>>* ViewStates::statesOf(int viewKey) const {
     if (viewKey < 0 || viewKey >= doc.pmi->views.size() || !doc.pmi->views.getValue(viewKey))
         return nullptr;
     const auto& containers = doc.states->typeStates->containers;
-    const auto found = containers.find(cameraCommand);
-    if (found == containers.end()) return nullptr;
-    for (const auto& state : found->second.states)
-        if (state && state->getSeqId() == viewKey) return state;
+    const auto found = containers.find(viewKey);
+    return found == containers.end() ? nullptr : &found->second.states;
+}
+
+std::shared_ptr<veksg::IState> ViewStates::cameraStateOf(int viewKey) const {
+    const auto* states = statesOf(viewKey);
+    if (!states) return nullptr;
+    for (const auto& state : *states)
+        if (state && state->getCmdId() == cameraCommand) return state;
     return nullptr;
 }
 
-void ViewStates::setSection(const SectionPlane& plane) {
+void ViewStates::setSection(const SectionPlane& cut) {
+    apply(sectionState(cut));
+}
+
+std::shared_ptr<veksg::IState> ViewStates::sectionState(const SectionPlane& cut) {
     std::vector<std::shared_ptr<veksg::Section>> sections;
-    if (plane.active) {
+    if (cut.active) {
         auto section = std::make_shared<veksg::Section>();
-        const Vec3 n = normalized(plane.normal);
+        const Vec3 n = normalized(cut.normal);
         section->normal = toPoint(n);
-        section->origin = toPoint(n * plane.offset);
+        section->origin = toPoint(n * cut.offset);
         section->setName(L"Section");
         sections.push_back(section);
     }
@@ -150,11 +164,7 @@ void ViewStates::setSection(const SectionPlane& plane) {
     std::shared_ptr<veksg::IState> state = factory.createSectionState(
         sections, ids, 0, std::vector<bool>(sections.size(), true), nullptr);
     state->setCmdId(sectionCommand);
-    auto& sequence = doc.states->typeStates->containers[sectionCommand].states;
-    state->setSeqId(static_cast<int>(sequence.size()));
-    sequence.push_back(state);
-    keepRecent(sequence);
-    apply(state);
+    return state;
 }
 
 void ViewStates::apply(const std::shared_ptr<veksg::IState>& state) {

@@ -175,7 +175,7 @@ TEST_F(ViewerModel, SavedViewsAndSectionsAreStatesAppliedByTheirExecutors) {
         camera.eye = {1, 1, 1};
         const int key = states.saveView(L"one");
         EXPECT_EQ(doc.pmi->views.size(), 1);
-        EXPECT_EQ(doc.states->typeStates->containers[cameraCommand].states.size(), 1u);
+        EXPECT_EQ(doc.states->typeStates->containers[key].states.size(), 1u);
         camera.eye = {7, 7, 7};
         camera.orthographic = false;
         ASSERT_TRUE(states.restoreView(L"one"));
@@ -192,12 +192,21 @@ TEST_F(ViewerModel, SavedViewsAndSectionsAreStatesAppliedByTheirExecutors) {
         EXPECT_TRUE(plane.active);
         EXPECT_EQ(plane.normal, (Vec3{0, 0, 1}));
         EXPECT_NEAR(plane.offset, -3, 1e-6);
-        const auto& last = doc.states->typeStates->containers[sectionCommand].states.back();
+        const auto& last = doc.states->firstStates->states.back();
         EXPECT_EQ(dynamic_cast<veksg::SectionState&>(*last).sections.size(), 1u);
+        // A view saved with the cut brings it back; one saved without takes it away.
+        const int cutView = states.saveView(L"cut");
+        EXPECT_EQ(doc.states->typeStates->containers[cutView].states.size(), 2u);
         states.setSection(SectionPlane());
         EXPECT_FALSE(plane.active);
-        // Every state applied, in order: two saves, a restore, two sections.
-        EXPECT_EQ(doc.states->firstStates->states.size(), 5u);
+        ASSERT_TRUE(states.restoreView(cutView));
+        EXPECT_TRUE(plane.active);
+        EXPECT_NEAR(plane.offset, -3, 1e-6);
+        ASSERT_TRUE(states.restoreView(key));
+        EXPECT_FALSE(plane.active);
+        // Every state applied, in order: two saves, a restore and its cut off, a section, a
+        // save, the section off, a restore with its cut, a restore and its cut off.
+        EXPECT_EQ(doc.states->firstStates->states.size(), 11u);
     }
     // Gone with the object that registered them.
     EXPECT_FALSE(doc.states->getExecutor(cameraCommand));
