@@ -19,7 +19,7 @@ public:
         const ImVec2 display = ImGui::GetIO().DisplaySize;
         ImGui::SetNextWindowPos(ImVec2(display.x - 318, display.y * 0.45f + 16),
                                 ImGuiCond_FirstUseEver);
-        ImGui::SetNextWindowSize(ImVec2(310, 220), ImGuiCond_FirstUseEver);
+        ImGui::SetNextWindowSize(ImVec2(310, 150), ImGuiCond_FirstUseEver);
         if (ImGui::Begin("Measure")) {
             ImGui::Checkbox("clicks measure", &context.measuring);
             int mode = static_cast<int>(session.measurement().mode());

@@ -18,9 +18,11 @@ public:
         const veksg::SCPmi& pmi = *session.document().pmi;
         if (pmi.pmis.size() == 0) return;
         const ImVec2 display = ImGui::GetIO().DisplaySize;
-        ImGui::SetNextWindowPos(ImVec2(display.x - 318, display.y * 0.45f + 244),
-                                ImGuiCond_FirstUseEver);
-        ImGui::SetNextWindowSize(ImVec2(310, 200), ImGuiCond_FirstUseEver);
+        // Below Measure, down to the frame-time overlay in the corner.
+        const float top = display.y * 0.45f + 174;
+        ImGui::SetNextWindowPos(ImVec2(display.x - 318, top), ImGuiCond_FirstUseEver);
+        ImGui::SetNextWindowSize(ImVec2(310, std::max(80.0f, display.y - top - 100)),
+                                 ImGuiCond_FirstUseEver);
         if (ImGui::Begin("PMI")) {
             const std::vector<int>& chosen = session.selection().keys(annotationKeys);
             for (int key = 0; key < pmi.pmis.size(); ++key) {
