@@ -55,6 +55,7 @@ TEST(ViewerScript, WhatOnlyTheModelCanTellFailsOnItsLine) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"size 64 48", "hide no such node"}, at(2) + "no node 'no such node'"},
         {{"restore-view never saved"}, at(1) + "no saved view 'never saved'"},
+        {{"annotation ⌀12"}, at(1) + "no annotation '⌀12'"},
         {{"size 64 48", "pick 64 10"}, at(2) + "64 10 lies outside the 64x48 view"},
     };
     for (const auto& [lines, message] : cases) {
