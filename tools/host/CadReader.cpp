@@ -1,8 +1,6 @@
 #include "CadReader.h"
 
-#include <BRep_Builder.hxx>
 #include <Standard_Failure.hxx>
-#include <TopoDS_Compound.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
 #include <utility>
@@ -31,7 +29,7 @@ public:
     }
     void tessellate(Progress& progress) override {
         guarded([&] {
-            usedDeflection = vekhost::tessellate(allRoots(), requestedDeflection, progress);
+            usedDeflection = vekhost::tessellate(compoundOf(roots), requestedDeflection, progress);
         });
     }
     void fill(DocumentBuilder& builder) override {
@@ -55,15 +53,6 @@ private:
             throw LoadError(std::string("Open CASCADE failed: ") + failure.DynamicType()->Name() +
                             ": " + failure.GetMessageString());
         }
-    }
-
-    TopoDS_Compound allRoots() const {
-        TopoDS_Compound all;
-        BRep_Builder builder;
-        builder.MakeCompound(all);
-        for (const TDF_Label& root : roots)
-            builder.Add(all, XCAFDoc_ShapeTool::GetShape(root));
-        return all;
     }
 
     std::string path;

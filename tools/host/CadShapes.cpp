@@ -1,5 +1,8 @@
 #include "CadShapes.h"
 
+#include <BRep_Builder.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
 #include <stdexcept>
 
 #include "CadFile.h"
@@ -52,6 +55,15 @@ void CadShapes::setFace(int key, const TopoDS_Face& face) {
 
 void CadShapes::setEdge(int key, const TopoDS_Edge& edge) {
     put(edges, key, edge);
+}
+
+TopoDS_Compound compoundOf(const TDF_LabelSequence& labels) {
+    TopoDS_Compound all;
+    BRep_Builder builder;
+    builder.MakeCompound(all);
+    for (const TDF_Label& label : labels)
+        builder.Add(all, XCAFDoc_ShapeTool::GetShape(label));
+    return all;
 }
 
 } // namespace vekhost

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <TDF_LabelSequence.hxx>
 #include <TDocStd_Document.hxx>
+#include <TopoDS_Compound.hxx>
 #include <TopoDS_Edge.hxx>
 #include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
@@ -43,5 +45,8 @@ private:
     std::vector<TopoDS_Face> faces;
     std::vector<TopoDS_Edge> edges;
 };
+
+/// The shapes of XCAF labels gathered in one compound.
+TopoDS_Compound compoundOf(const TDF_LabelSequence& labels);
 
 } // namespace vekhost

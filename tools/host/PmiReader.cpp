@@ -158,12 +158,7 @@ struct Reading {
 
 TopoDS_Shape shapeOf(const TDF_LabelSequence& labels) {
     if (labels.Length() == 1) return XCAFDoc_ShapeTool::GetShape(labels.First());
-    TopoDS_Compound all;
-    BRep_Builder builder;
-    builder.MakeCompound(all);
-    for (const TDF_Label& label : labels)
-        builder.Add(all, XCAFDoc_ShapeTool::GetShape(label));
-    return all;
+    return compoundOf(labels);
 }
 
 class PmiBuilder {
