@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "Analyses.h"
 #include "Interface.h"
 #include "Loading.h"
 #include "Session.h"
@@ -68,6 +69,9 @@ const std::map<std::string, Syntax>& syntaxes() {
         {"show", {0, 0, 0, false, true}},
         {"select", {0, 0, 0, false, true}},
         {"annotation", {0, 0, 0, false, true}},
+        {"holes", {0, 0, 0, false, false}},
+        {"draft", {3, -1e300, 1e300, false, false}},
+        {"thickness", {0, 0, 0, false, false}},
         {"pick", {2, 0, largestSide - 1, true, false}},
         {"section", {4, -1e300, 1e300, false, false}},
         {"measure", {4, 0, largestSide - 1, true, false}},
@@ -184,6 +188,8 @@ public:
         } else if (n == "annotation") {
             model().selection().selectAnnotation(annotation(c.text));
             session.selectionChanged();
+        } else if (n == "holes" || n == "draft" || n == "thickness") {
+            analyse(c);
         } else if (n == "pick") {
             pick(c);
         } else if (n == "section") {
@@ -264,6 +270,39 @@ private:
             throw BadLine(std::to_string(x) + " " + std::to_string(y) + " lies outside the " +
                           std::to_string(session.width()) + "x" + std::to_string(session.height()) +
                           " view");
+    }
+
+    // Each analysis prints one line and selects what it found: every hole, the faces of
+    // insufficient draft, the face of the thinnest wall.
+    void analyse(const Command& c) {
+        if (!model().model().shapes) throw BadLine("analyses need a CAD file");
+        Analyses analyses(model());
+        out << c.name << ":";
+        if (c.name == "holes") {
+            std::vector<int> faces;
+            const std::size_t found = analyses.findHoles();
+            const auto& records = model().document().holeInfo->holeRecords;
+            for (std::size_t i = 0; i < found; ++i) {
+                out << (i ? ", " : " ") << vekhost::utf8FromWide(records[i].name);
+                const std::vector<int> steps = analyses.holeFaces(i);
+                faces.insert(faces.end(), steps.begin(), steps.end());
+            }
+            out << (found == 0 ? " none\n" : "\n");
+            analyses.select(faces);
+        } else if (c.name == "draft") {
+            analyses.draft({c.numbers[0], c.numbers[1], c.numbers[2]});
+            for (const auto kind : {vekhost::DraftClass::positive, vekhost::DraftClass::negative,
+                                    vekhost::DraftClass::insufficient, vekhost::DraftClass::mixed})
+                out << ' ' << vekhost::draftClassName(kind) << ' ' << analyses.facesOf(kind).size();
+            out << '\n';
+            analyses.select(analyses.facesOf(vekhost::DraftClass::insufficient));
+        } else if (!analyses.thickness()) {
+            out << " no wall\n";
+        } else {
+            out << " thinnest " << analyses.thinnest() << " thickest " << analyses.thickest()
+                << " face " << analyses.thinnestFace() << '\n';
+            analyses.select({analyses.thinnestFace()});
+        }
     }
 
     void pick(const Command& c) {

@@ -49,6 +49,7 @@ std::unique_ptr<Panel> makePropertiesPanel();
 std::unique_ptr<Panel> makeViewsPanel();
 std::unique_ptr<Panel> makeMeasurePanel();
 std::unique_ptr<Panel> makePmiPanel();
+std::unique_ptr<Panel> makeAnalysesPanel();
 std::unique_ptr<Panel> makeStatsOverlay();
 
 /// Every panel, in the order they are drawn: a new panel adds its line here.

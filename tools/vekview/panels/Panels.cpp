@@ -11,6 +11,7 @@ std::vector<std::unique_ptr<Panel>> makePanels() {
     panels.push_back(makeViewsPanel());
     panels.push_back(makeMeasurePanel());
     panels.push_back(makePmiPanel());
+    panels.push_back(makeAnalysesPanel());
     panels.push_back(makeStatsOverlay());
     return panels;
 }

@@ -78,5 +78,15 @@ TEST(ViewerScript, FramesReportTheirMeanTime) {
     EXPECT_GT(std::stod(run.out.substr(10)), 0.0);
 }
 
+// The built-in sample's bores, its faces by draft class along Z and its thinnest wall.
+TEST(ViewerScript, AnalysesOfTheSampleReportWhatTheyFound) {
+    SKIP_WITHOUT_DISPLAY();
+    const Outcome run = runScript({"size 64 48", "holes", "draft 0 0 1", "thickness"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "holes: ⌀8.6 through, ⌀8 through, ⌀8 through\n"
+                       "draft: positive 5 negative 5 insufficient 24 mixed 0\n"
+                       "thickness: thinnest 1.5 thickest 36.8 face 1\n");
+}
+
 } // namespace
 } // namespace vekview::test
