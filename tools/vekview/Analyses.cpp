@@ -58,8 +58,7 @@ int Analyses::thinnestFace() const {
 
 void Analyses::select(const std::vector<int>& faces) {
     session.selection().clear();
-    for (const int face : faces)
-        session.selection().select(faceKeys, face, true);
+    session.selection().add(faceKeys, faces);
     session.selectionChanged();
 }
 

@@ -56,17 +56,17 @@ void Selection::selectAnnotation(int annotation) {
     clear();
     const veksg::SCPmi& pmi = *doc.pmi;
     if (annotation < 0 || annotation >= pmi.pmis.size() || !pmi.pmis.getValue(annotation)) return;
-    auto& lists = doc.runtime->selection.selection;
-    lists[selectionList(annotationKeys)].push_back(annotation);
-    // A face on both sides of a dimension is selected once: select() would toggle it off.
-    const auto take = [&](const veksg::Hierarchy& relation, int keySpace) {
-        auto& list = lists[selectionList(keySpace)];
-        for (const int key : listOf(relation, annotation))
-            if (std::find(list.begin(), list.end(), key) == list.end()) list.push_back(key);
-    };
-    take(pmi.relation4, faceKeys);
-    take(pmi.relation6, faceKeys);
-    take(pmi.relation11, edgeKeys);
+    add(annotationKeys, {annotation});
+    // A face on both sides of a dimension is selected once.
+    add(faceKeys, listOf(pmi.relation4, annotation));
+    add(faceKeys, listOf(pmi.relation6, annotation));
+    add(edgeKeys, listOf(pmi.relation11, annotation));
+}
+
+void Selection::add(int keySpace, const std::vector<int>& keys) {
+    auto& list = doc.runtime->selection.selection[selectionList(keySpace)];
+    for (const int key : keys)
+        if (std::find(list.begin(), list.end(), key) == list.end()) list.push_back(key);
 }
 
 const std::vector<int>& Selection::keys(int keySpace) const {

@@ -42,6 +42,8 @@ public:
     /// Makes `key` of `keySpace` the selection, or with `add` adds it (and removes it when
     /// it was selected already).
     void select(int keySpace, int key, bool add = false);
+    /// Adds keys of `keySpace` to the selection; keys already selected stay selected.
+    void add(int keySpace, const std::vector<int>& keys);
     /// Makes an annotation the selection together with the faces and edges it applies to,
     /// so that its geometry lights up; nothing for a key without an annotation.
     void selectAnnotation(int annotation);

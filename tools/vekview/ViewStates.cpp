@@ -110,10 +110,8 @@ bool ViewStates::restoreView(const std::wstring& name) {
 
 bool ViewStates::restoreView(int key) {
     if (!cameraStateOf(key)) return false;
-    // A copy: applying the cut appends to the history, never to the view's own sequence.
-    const std::deque<std::shared_ptr<veksg::IState>> states = *statesOf(key);
     bool cut = false;
-    for (const auto& state : states) {
+    for (const auto& state : *statesOf(key)) {
         if (!state) continue;
         cut = cut || state->getCmdId() == sectionCommand;
         apply(state);
